@@ -1,0 +1,12 @@
+# Warnings for all code of the project; every one is an error.
+add_library(veldnls_strict INTERFACE)
+target_compile_options(veldnls_strict INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Werror
+  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor>
+  # g++ 12 takes the insertion of std::string for an overlapping copy (GCC bug 105651).
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+
+if(VELDNLS_SANITIZE)
+  add_compile_options(-fsanitize=${VELDNLS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${VELDNLS_SANITIZE})
+endif()

@@ -1,0 +1,185 @@
+/* The records of a conversion: the pipeline, its two sides, and the caller's progress and options records.
+ *
+ * A pipeline is read-only after creation: it may run on many threads at once, each with its own TranscodeProgress.
+ * Lengths and sizes are in bytes. No buffer needs any alignment.
+ */
+#ifndef VELDNLS_PIPELINE_H
+#define VELDNLS_PIPELINE_H
+
+#include "veldnls/encoding.h"
+#include "veldnls/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct TranscodingPipeline TranscodingPipeline;
+typedef struct PipelineSide PipelineSide;
+typedef struct CodePageModule CodePageModule;
+
+/* Bits of TranscodeOptions.words[0]. */
+#define NLS_ALLOW_BLANK_TRUNCATION UINT32_C(0x1) /* blanks that don't fit may be dropped without a status */
+#define NLS_SWAPPED_INPUT UINT32_C(0x10000000)   /* set by run functions in private copies; callers leave it 0 */
+
+/* Options of a pipeline or of a call; all zero by default. A bit counts if it is set in either record. */
+typedef struct TranscodeOptions {
+  uint32_t words[4];
+} TranscodeOptions;
+
+/* Bits of TranscodeProgress.flags. */
+#define NLS_PROGRESS_DOUBLE_MODE UINT32_C(0x1)   /* shift state of multi-byte sources */
+#define NLS_PROGRESS_SUBSTITUTED UINT32_C(0x100) /* a substitution took place in this call */
+
+/* The caller's record of a resumable conversion: zero it before the first call, keep it unchanged between calls.
+ * The next call's input starts behind the bytes that this call consumed or held. */
+typedef struct TranscodeProgress {
+  uint32_t flags;
+  uint32_t consumed;  /* input bytes taken by this call, without those held from the call before */
+  uint8_t pending;    /* nonzero: `held` has bytes of an incomplete character */
+  uint32_t heldCount; /* 0 to 8 */
+  uint8_t held[8];
+} TranscodeProgress;
+
+/* Run function without progress. Converts as much as fits and never writes part of a character.
+ *   input, inputLength    may overlap the output; a null input is allowed with length 0
+ *   output, outputSize    nothing is written past outputSize
+ *   outputLength          bytes written; may be null
+ *   options               may be null
+ * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted complete, with replacements (an
+ * input that ends inside a character counts as such); nlsNoMemory nothing converted. */
+typedef NlsStatus (*NlsTranscode)(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
+                                  uint32_t outputSize, uint32_t* outputLength, const TranscodeOptions* options);
+
+/* Run function with progress, and the form of a Unicode stage. As above; with a progress record also
+ * nlsIncompleteInput: the input ended inside a character, whose bytes are kept in `held` for the next call. With
+ * nlsOutputTruncated the caller goes on from `consumed`. When a call has too little room even for the character that
+ * was held, the bytes go back to `held`, `pending` stays 1 and `consumed` is 0. */
+typedef NlsStatus (*NlsUnicodeStage)(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength,
+                                     void* output, uint32_t outputSize, uint32_t* outputLength,
+                                     TranscodeProgress* progress, const TranscodeOptions* options);
+
+/* A stage of the multi-byte module. */
+typedef NlsStatus (*NlsModuleStage)(CodePageModule* module, PipelineSide* side, const void* input, uint32_t inputLength,
+                                    void* output, uint32_t outputSize, uint32_t* outputLength,
+                                    TranscodeProgress* progress, const TranscodeOptions* options);
+
+/* Character scanner of a multi-byte source. `*length` is the bytes remaining on entry and the character's length on
+ * return, 0 if the input ends inside it. `*inDouble` is the shift state. Returns the position of the character. */
+typedef const uint8_t* (*NlsScanCharacter)(const PipelineSide* side, const uint8_t* position, uint32_t* length,
+                                           NlsBool8* inDouble);
+
+/* Two 16-bit values, ascending by the first in a table. */
+typedef struct NlsCodePair {
+  uint16_t key;
+  uint16_t value;
+} NlsCodePair;
+
+/* User characters of one direction of a pipeline, looked at ahead of the module's own pairs. */
+typedef struct CodeOverlay {
+  uint32_t count;
+  NlsCodePair* pairs;
+} CodeOverlay;
+
+/* Constant pair table of one double-byte set and direction. */
+typedef struct NlsPairTable {
+  uint32_t count;
+  const NlsCodePair* pairs;
+} NlsPairTable;
+
+/* One side of a pipeline. `source` is the side that a one-step route uses; `target` serves two-stage routes and keeps
+ * the target row's values. Names that share a field are the two uses of it. */
+struct PipelineSide {
+  CEI cei;
+  CEI peerCei;
+  NlsBool8 swapInput;  /* the source has the byte order opposite to the form that stages work in */
+  NlsBool8 swapOutput; /* the target has */
+  uint32_t padChar;
+  uint8_t unitSize;
+  const uint8_t* byteMap; /* 256 bytes, single byte to single byte */
+  NlsModuleStage stage;   /* in routes through qznlsmb */
+  union {
+    const MultiByteProfile* directionMarks;
+    const MultiByteProfile* sourceProfile;
+  };
+  const MultiByteProfile* targetProfile;
+  const NlsPairTable* pairs;
+  union {
+    const uint8_t* singleMap;  /* multi-byte module: a from-table or byte map */
+    const char16_t* toUnicode; /* 256 values by byte */
+  };
+  const uint8_t* const* fromUnicode; /* 256 page addresses by high byte; a page is 256 bytes by low byte */
+  const uint16_t* kanaPairs;
+  CodeOverlay* overlay;
+  NlsScanCharacter scan;
+  int32_t encodingClass;
+  uint32_t substitution;
+  const TranscodeOptions* options; /* the pipeline's */
+};
+
+/* Bits of TranscodingPipeline.flags: what the pipeline frees when it is destroyed. */
+#define NLS_PIPELINE_OWNS_BYTE_MAP UINT32_C(0x1)
+#define NLS_PIPELINE_OWNS_SOURCE_OVERLAY UINT32_C(0x2)
+#define NLS_PIPELINE_OWNS_TARGET_OVERLAY UINT32_C(0x4)
+
+struct TranscodingPipeline {
+  NLS_HANDLE_FIELDS /* name "Transcoding pipeline" */
+      QZNLS* nls;
+  NlsTranscode transcode;
+  NlsUnicodeStage transcodeResumable;
+  CEI sourceCei; /* resolved */
+  CEI targetCei;
+  uint8_t twoStage; /* 1: two module stages with UTF-16LE between them */
+  PipelineSide source;
+  PipelineSide target;
+  uint32_t flags;
+  TranscodeOptions options; /* the pipeline's defaults; only the first word is ever filled */
+};
+
+/* Makes a pipeline, or returns null: a CEI outside 0 to 229, no memory, or a route that is refused. The reason goes to
+ * the journal if one is given. `options` and `journal` may be null. The caller ends it with its `destroy`,
+ * which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a caller. */
+typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI target, const TranscodeOptions* options,
+                                                  void* journal);
+
+/* The same with target, or source, utf-16le. */
+typedef TranscodingPipeline* (*NlsCreateUtf16Pipeline)(QZNLS* nls, CEI cei, const TranscodeOptions* options,
+                                                       void* journal);
+
+/* Writes to `*size` an output size, in bytes, that usually suffices; from single byte or UTF-32 to shifted encodings it
+ * is no bound. `input` isn't read. Returns 0. */
+typedef NlsStatus (*NlsEstimateOutputLength)(QZNLS* nls, CEI source, const void* input, uint32_t inputLength,
+                                             CEI target, uint32_t* size);
+
+/* Runs of the first six prebuilt pipelines, with and without progress. Statuses as NlsUnicodeStage. */
+typedef NlsStatus (*NlsConvert)(QZNLS* nls, const void* input, uint32_t inputLength, void* output, uint32_t outputSize,
+                                uint32_t* outputLength, const TranscodeOptions* options);
+typedef NlsStatus (*NlsConvertResumable)(QZNLS* nls, const void* input, uint32_t inputLength, void* output,
+                                         uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
+                                         const TranscodeOptions* options);
+
+/* A set of user-defined characters and its codes in several encodings; an element of a list, the k-th element of which
+ * belongs to the encoding in ceis[k] of the head. */
+typedef struct UserCharacterTable {
+  uint8_t heading[24]; /* copied, not interpreted, as the next three */
+  uint8_t subheading[24];
+  uint8_t codeA[2];
+  uint8_t codeB[2];
+  int32_t columnCount;    /* encodings related, at most 24 */
+  int32_t characterCount; /* rows */
+  int32_t columnBytes;    /* size of one column in bytes */
+  uint8_t* columns[24];   /* two-byte codes, high byte first, sorted */
+  struct UserCharacterTable* next;
+  CEI ceis[24];
+} UserCharacterTable;
+
+/* Copies a list deep into the object's pool, stores its head in `userCharacterTables` and returns it, or null. */
+typedef UserCharacterTable* (*NlsSetUserCharacterTables)(QZNLS* nls, const UserCharacterTable* list);
+
+/* Frees a list made by the above; the caller clears `userCharacterTables`. Returns 0. */
+typedef NlsStatus (*NlsFreeUserCharacterTables)(QZNLS* nls, UserCharacterTable* list);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
