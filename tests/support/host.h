@@ -1,0 +1,36 @@
+// A host for tests: its five support records, with a memory context of its own, and an object made through an export.
+#pragma once
+
+#include "veldnls/host.h"
+#include "veldnls/nls.h"
+
+namespace test {
+
+// The records of a host, complete but for services (the defaults hold). The context ends with the record.
+class HostRecords {
+ public:
+  HostRecords();
+  ~HostRecords();
+  HostRecords(const HostRecords&) = delete;
+  HostRecords& operator=(const HostRecords&) = delete;
+
+  VeldMemoryRecord memory{};
+  VeldThreadBlock threadBlock{};
+  VeldThreadRecord threads{};
+  VeldFileRecord files{};
+  VeldInputVector vector{};
+
+  // The vector as the export takes it.
+  void** input() { return reinterpret_cast<void**>(&vector); }
+};
+
+// Host records and an object that `entry` makes with them; `nls` is null if that fails. Pass &VELDNLSLIB in tests that
+// link the library's inside, or the address found by dlsym.
+class NlsHost : public HostRecords {
+ public:
+  explicit NlsHost(NlsLibraryEntry entry);
+  ~NlsHost();
+  QZNLS* nls = nullptr;
+};
+
+}  // namespace test
