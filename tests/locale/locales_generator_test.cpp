@@ -1,0 +1,151 @@
+// The table generator stops on every kind of breach, with a sentence that tells what must hold.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Result {
+  int exitCode;
+  std::string output;
+};
+
+class Generator : public testing::Test {
+ protected:
+  Generator() {
+    std::string pattern = (fs::temp_directory_path() / "locales-XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    fs::create_directories(folder_ / "data");
+    fs::copy(VELDNLS_SOURCE_DIR "/data/locale", folder_ / "data/locale");
+    fs::create_directories(folder_ / "out/locales");
+  }
+  ~Generator() override { fs::remove_all(folder_); }
+
+  // Replaces the first place of `from` in a file of the copy.
+  void change(const std::string& file, const std::string& from, const std::string& to) {
+    std::string text = read(folder_ / "data/locale" / file);
+    const size_t place = text.find(from);
+    ASSERT_NE(place, std::string::npos) << from;
+    text.replace(place, from.size(), to);
+    std::ofstream(folder_ / "data/locale" / file, std::ios::binary) << text;
+  }
+
+  Result run() const {
+    const std::string command = std::string(GEN_LOCALES) + " --data '" + (folder_ / "data").string() + "' --out '" +
+                                (folder_ / "out").string() + "' 2>&1";
+    Result result{-1, ""};
+    std::FILE* pipe = popen(command.c_str(), "r");
+    std::array<char, 4096> buffer;
+    while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) result.output += buffer.data();
+    const int status = pclose(pipe);
+    if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
+    return result;
+  }
+
+  static std::string read(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Generator, SameTextGivesTheSameBytes) {
+  EXPECT_EQ(run().exitCode, 0);
+  int files = 0;
+  for (const auto& entry : fs::directory_iterator(folder_ / "out/locales")) {
+    EXPECT_EQ(read(entry.path()), read(fs::path(VELDNLS_BINARY_DIR "/generated/locales") / entry.path().filename()));
+    ++files;
+  }
+  EXPECT_EQ(files, 8);
+}
+
+struct Breach {
+  const char* file;
+  const char* from;
+  const char* to;
+  const char* message;
+};
+
+std::ostream& operator<<(std::ostream& out, const Breach& breach) {
+  return out << breach.file << ": " << breach.message;
+}
+
+class GeneratorStops : public Generator, public testing::WithParamInterface<Breach> {};
+
+TEST_P(GeneratorStops, OnABreach) {
+  const Breach& breach = GetParam();
+  change(breach.file, breach.from, breach.to);
+  const Result result = run();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_NE(result.output.find(breach.message), std::string::npos) << result.output;
+  EXPECT_NE(result.output.find(breach.file), std::string::npos) << result.output;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, GeneratorStops,
+    testing::Values(
+        Breach{"names.tsv", "de_DE\tDE", "dE_DE\tDE", "has the form ll_CC"},
+        Breach{"names.tsv", "de_DE\tDE", "de_DE\tFR", "the country code repeats the name"},
+        Breach{"names.tsv", "sr_BA\tYU", "sr_BA\tBA", "but for YU in sr_BA"},
+        Breach{"names.tsv", "German\tGermany", "German\tTheFederalRepublicOfGermany", "the buffer takes 31"},
+        Breach{"names.tsv", "German\tGermany", "German\tGermany\xC3\xA9", "names are plain ASCII"},
+        Breach{"names.tsv", "de_AT\tAT", "de_ZT\tZT", "rows ascend by name"},
+        Breach{"names.tsv", "\t51\t", "\t50\t", "is locale 51 by language and country name"},
+        Breach{"names.tsv", "\t51\t", "\t132\t", "number outside"},
+        Breach{"names.tsv", "0x0407", "0x0007", "needs a Windows identifier with a sublanguage"},
+        Breach{"names.tsv", "0x0029", "0x0429", "has no sublanguage in Windows"},
+        Breach{"names.tsv", "0x0C07", "0x0407", "other locales share a Windows identifier"},
+        Breach{"names.tsv", "0x8015", "0x8115", "pl_XX has locale id 90 and Windows identifier 0x8015"},
+        Breach{"names.tsv", "vi_VN\tVN\tVietnamese\tVietnam\t131\t0x042A\n", "", "131 rows where there are 132"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Languages, GeneratorStops,
+    testing::Values(Breach{"language_defaults.tsv", "German\tde_DE", "German\tde_XX", "no locale has the name de_XX"},
+                    Breach{"language_defaults.tsv", "German\tde_DE", "German\tde_AT", "other aliases"},
+                    Breach{"language_defaults.tsv", "cs_CZ\tCzech", "zs_CZ\tCzech",
+                           "rows ascend by name, then by language name"},
+                    Breach{"language_defaults.tsv", "zh_CN\tChinese\tzh_CN\n", "", "60 rows where there are 61"},
+                    Breach{"language_defaults.tsv", "en_US\tEnglish\ten_US\nes_ES", "en_GB\tEnglish\ten_GB\nes_ES",
+                           "row 12 is en_US"},
+                    Breach{"language_defaults.tsv", "de_DE\tGerman\tde_DE\n",
+                           "de_AT\tGerman\tde_AT\nde_DE\tGerman\tde_DE\n", "a language has one default"},
+                    Breach{"language_codes.tsv", "de\tGerman", "DE\tGerman", "two lower-case letters"},
+                    Breach{"language_codes.tsv", "de\tGerman", "zz\tGerman", "rows ascend by code"},
+                    Breach{"language_codes.tsv", "zu\tZulu\n", "", "207 rows where there are 208"},
+                    Breach{"language_codes.tsv", "zu\tZulu\n", "zu\t\n", "empty text"},
+                    Breach{"windows_languages.tsv", "0x8C\tDari\n", "", "117 rows where there are 118"},
+                    Breach{"windows_languages.tsv", "0x8C\tDari\n", "0x400\tDari\n", "number above 0x3FF"},
+                    Breach{"windows_languages.tsv", "0x00\tNeutral", "0x02\tNeutral", "rows ascend by number"},
+                    Breach{"codesets.tsv", "eucjp", "euc-jp", "without \"-\" and \"_\""},
+                    Breach{"codesets.tsv", "utf8", "UTF8", "lower case"},
+                    Breach{"codesets.tsv", "utf8", "aaa", "rows ascend"},
+                    Breach{"codesets.tsv", "utf8\t1208", "utf8\t0", "number outside"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, GeneratorStops,
+    testing::Values(
+        Breach{"encodings.tsv", "sq_AL", "en_US", "in the order of locale identifiers"},
+        Breach{"encodings.tsv", "af_ZA\t204 27 26", "af_ZA\t204 26 27", "encodings descend"},
+        Breach{"encodings.tsv", "af_ZA\t204 27 26 25 24 20", "af_ZA\t204 27 26 25 24",
+               "encoding 20 serves every locale"},
+        Breach{"encodings.tsv", "110 97 69 62 42 29", "110 97 69 62 42 25", "encoding 25 stands on both lists"},
+        Breach{"encodings.tsv", "110 97 69 62 42 29", "110 97 69 62 42 28", "af_ZA has the six common encodings"},
+        Breach{"encodings.tsv", "110 97 69 62 42 29", "110 97 69 62 42 18", "encoding 18 stands on no list"},
+        Breach{"encodings.tsv", "110 97 69 62 42 29", "110 107 69 62 42 29", "encoding 107 stands on no list"},
+        Breach{"encodings.tsv", "sq_AL\t204 200", "sq_AL\t230 204 200", "number outside 0 to 229"},
+        Breach{"encodings.tsv", "sq_AL\t204 200", "sq_AL\t229 204 200", "4804 and 145 pairs"},
+        Breach{"encodings.tsv", "42 40 29 27 26 25 24 20\t\n", "42 29 27 26 25 24 20\t40\n",
+               "25 locales have a second list"},
+        Breach{"encodings.tsv", "229 208 207 66", "228 208 207 66", "encoding 229 serves 19 locales, and 2 in part"}));
+
+}  // namespace
