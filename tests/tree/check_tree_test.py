@@ -78,7 +78,7 @@ class CheckTree(unittest.TestCase):
 
     def test_generated_file_used_twice(self):
         use = '#include "rows.inc"\n'
-        script = {"tools/gen/rows.cmake": "veldnls_generate(NAME rows GENERATOR gen OUTPUTS rows.inc INPUTS a)\n"}
+        script = {"tools/gen/rows.cmake": "veldnls_generate(NAME rows GENERATOR gen OUTPUTS\n  rows.inc\n  INPUTS data/a.tsv)\n"}
         self.clean({**script, "core/a.cpp": use})
         self.breach({**script, "core/a.cpp": use, "core/b.cpp": use}, "rows.inc: 2 units include")
         self.breach(script, "rows.inc: 0 units include")
