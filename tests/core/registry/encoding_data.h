@@ -1,0 +1,37 @@
+// The facts of data/encodings as these tests read them, apart from the table generator.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace test {
+
+using Fields = std::vector<std::string>;
+
+// Lines of a file of data/encodings, split at tabs, without comments.
+std::vector<Fields> readEncodingFile(const std::string& name);
+
+struct EncodingFacts {
+  // By column name, as written.
+  std::vector<std::map<std::string, std::string>> rows;
+  // Fields of the line of profiles.tsv, by CEI; aliases have none.
+  std::map<int, Fields> profiles;
+  // The keys of the name index, in upper case, with their values.
+  std::map<std::string, int> keys;
+
+  const std::string& text(int cei, const std::string& column) const { return rows.at(size_t(cei)).at(column); }
+  int number(int cei, const std::string& column) const;
+};
+
+const EncodingFacts& encodingFacts();
+
+std::string upperAscii(std::string text);
+std::u16string widen(const std::string& text);
+
+// The text columns and their kinds of lookupEncoding; 5 is a kind without a look-up.
+const std::vector<std::pair<std::string, int>>& nameColumns();
+
+}  // namespace test
