@@ -1,0 +1,13 @@
+#include "transcode/utf_ebcdic.h"
+
+namespace veldnls {
+
+constexpr uint8_t ebcdicToI8[] = {
+#include "pages/ebcdic_to_i8.inc"
+};
+
+constexpr uint8_t i8ToEbcdic[] = {
+#include "pages/i8_to_ebcdic.inc"
+};
+
+}  // namespace veldnls
