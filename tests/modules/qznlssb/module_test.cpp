@@ -1,0 +1,74 @@
+// The module's record, and the table of direct maps.
+#include "modules/qznlssb/qznlssb.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/qznlsstub.h"
+#include "modules/qznlssb/direct_byte_maps.h"
+#include "modules/qznlssb/route.h"
+
+namespace test {
+namespace {
+
+using Module = SingleByteTest;
+
+TEST_F(Module, ConstructorFillsTheRecord) {
+  int marker = 0;
+  NlsExtension* extension = veldnls::createSingleByteModule(&marker, nullptr);
+  ASSERT_NE(extension, nullptr);
+  auto* module = reinterpret_cast<SingleByteModule*>(extension);
+  EXPECT_EQ(std::memcmp(module->magic, "nevo", 4), 0);
+  EXPECT_EQ(module->name, nullptr);
+  EXPECT_EQ(module->host, &marker);
+  EXPECT_NE(module->pool, nullptr);
+  int32_t version[3] = {};
+  EXPECT_EQ(module->versionQuery(module, &version[0], &version[1], &version[2]), 0u);
+  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 1, 1}));
+  EXPECT_EQ(module->minimumVersionQuery(module, &version[0], &version[1], &version[2]), 0u);
+  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 0, 0}));
+  EXPECT_NE(module->setupByteToByte, nullptr);
+  EXPECT_NE(module->setupByteToUnicode, nullptr);
+  EXPECT_NE(module->setupWideToByte, nullptr);
+  EXPECT_NE(module->setupUtf8ToByte, nullptr);
+  EXPECT_EQ(module->release(module), 0u);
+}
+
+EncodingDescriptor named(std::u16string_view shortName) {
+  EncodingDescriptor row{};
+  std::ranges::copy(shortName, row.shortName);
+  return row;
+}
+
+veldnls::DirectByteMap mapRow(std::string_view key, const uint8_t* map) {
+  veldnls::DirectByteMap row{};
+  for (size_t i = 0; i < key.size(); ++i) row.key[2 * i] = static_cast<uint8_t>(key[i]);
+  row.map = map;
+  return row;
+}
+
+TEST(DirectByteMaps, AreFoundByBothShortNames) {
+  const uint8_t maps[4][256] = {};
+  const veldnls::DirectByteMap rows[] = {mapRow("ab  cd  ", maps[0]), mapRow("ab  ce  ", maps[1]),
+                                         mapRow("abc cd  ", maps[2]), mapRow("wlt1lat1", maps[3])};
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"ab  "), named(u"cd  ")), maps[0]);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"ab  "), named(u"ce  ")), maps[1]);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"abc "), named(u"cd  ")), maps[2]);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"wlt1"), named(u"lat1")), maps[3]);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"lat1"), named(u"wlt1")), nullptr);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"aa  "), named(u"cd  ")), nullptr);
+  EXPECT_EQ(veldnls::findDirectByteMap(rows, named(u"zzzz"), named(u"zzzz")), nullptr);
+}
+
+TEST(DirectByteMaps, NoRowsFindNothing) {
+  EXPECT_EQ(veldnls::findDirectByteMap({}, named(u"ab  "), named(u"cd  ")), nullptr);
+}
+
+TEST(DirectByteMaps, TableAscends) {
+  const auto rows = veldnls::directByteMaps();
+  EXPECT_TRUE(std::ranges::is_sorted(
+      rows, [](const auto& a, const auto& b) { return std::memcmp(a.key, b.key, sizeof a.key) < 0; }));
+}
+
+}  // namespace
+}  // namespace test
