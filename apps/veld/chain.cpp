@@ -1,0 +1,74 @@
+#include "chain.h"
+
+#include "failure.h"
+#include "names.h"
+#include "veldnls/status.h"
+
+namespace veld {
+
+namespace {
+
+// No byte of any encoding becomes more than eight: one character of the widest form, with its shifts. Output that is
+// always wide enough keeps a block in one call, and never meets the rules of a short output.
+constexpr size_t growth = 8;
+
+}  // namespace
+
+Chain::Chain(QZNLS& nls, const std::vector<CEI>& route) {
+  size_t input = blockSize;
+  for (size_t i = 0; i + 1 < route.size(); ++i) {
+    Pipeline pipeline(nls.createPipeline(&nls, route[i], route[i + 1], nullptr, nullptr));
+    if (pipeline == nullptr) {
+      throw Failure("the library has no way from " + displayName(nls, route[i]) + " to " +
+                    displayName(nls, route[i + 1]) + "; choose encodings that have code-page tables");
+    }
+    const size_t room = input * growth;
+    hops_.push_back({std::move(pipeline), room, std::make_unique_for_overwrite<uint8_t[]>(room)});
+    input = room;
+  }
+  // What comes in the middle is UTF-16: of the same size for UTF-16, one unit for each byte of a code page.
+  if (rowOf(nls, route.front()).encodingClass == NLS_CLASS_SINGLE_BYTE) middleBytesPerSourceByte_ = sizeof(char16_t);
+}
+
+ChainStep Chain::runHop(const Hop& hop, Bytes input, TranscodeProgress& progress) {
+  ChainStep step;
+  size_t size = 0;
+  while (step.taken < input.size()) {
+    const Bytes rest = input.subspan(step.taken);
+    uint32_t written = 0;
+    const NlsStatus status = hop.pipeline->transcodeResumable(
+        hop.pipeline.get(), rest.data(), static_cast<uint32_t>(rest.size()), hop.output.get() + size,
+        static_cast<uint32_t>(hop.room - size), &written, &progress, nullptr);
+    if (status == nlsNoMemory) throw Failure("memory is exhausted; close other programs and try again");
+    size += written;
+    if (status == nlsSubstituted || (progress.flags & NLS_PROGRESS_SUBSTITUTED) != 0) step.substituted = true;
+    if (status != nlsOutputTruncated) {
+      step.taken = input.size();
+    } else if (progress.consumed == 0) {
+      break;  // the odd byte that a swap of units can't take
+    } else {
+      step.taken += progress.consumed;
+    }
+  }
+  step.output = {hop.output.get(), size};
+  return step;
+}
+
+ChainStep Chain::run(Bytes block, ChainState& state) {
+  const ChainStep first = runHop(hops_[0], block, state[0]);
+  if (hops_.size() == 1) return first;
+  ChainStep second = runHop(hops_[1], first.output, state[1]);
+  if (second.taken != first.output.size()) throw Failure("the conversion stopped inside a block; report this text");
+  second.taken = first.taken;
+  second.substituted |= first.substituted;
+  return second;
+}
+
+size_t Chain::heldBytes(const ChainState& state) const {
+  const auto held = [](const TranscodeProgress& progress) -> size_t {
+    return progress.pending != 0 ? progress.heldCount : 0;
+  };
+  return held(state[0]) + held(state[1]) / middleBytesPerSourceByte_;
+}
+
+}  // namespace veld

@@ -1,0 +1,22 @@
+// What this program ends with.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace veld {
+
+inline constexpr int exitWhole = 0;    // all of the text came over
+inline constexpr int exitLoss = 1;     // something was substituted, malformed or cut
+inline constexpr int exitNotDone = 2;  // wrong usage, or a file, the module or the system refused
+
+// Ends the work with exitNotDone. The text is a whole sentence that names the cure.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The failure of a system call on a file, with the system's own words.
+Failure systemFailure(const std::string& file, const std::string& action, int error);
+
+}  // namespace veld

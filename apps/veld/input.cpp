@@ -1,0 +1,43 @@
+#include "input.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "failure.h"
+
+namespace veld {
+
+Input::Input(const std::string& path)
+    : name_(path == "-" ? "standard input" : path),
+      file_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
+      buffer_(blockSize) {
+  if (file_ < 0) throw systemFailure(name_, "can't be opened for reading", errno);
+}
+
+Input::~Input() {
+  if (file_ != STDIN_FILENO) close(file_);
+}
+
+bool Input::fill() {
+  std::copy(buffer_.begin() + static_cast<ptrdiff_t>(start_), buffer_.begin() + static_cast<ptrdiff_t>(end_),
+            buffer_.begin());
+  end_ -= start_;
+  start_ = 0;
+  ssize_t count;
+  do {
+    count = read(file_, buffer_.data() + end_, buffer_.size() - end_);
+  } while (count < 0 && errno == EINTR);
+  if (count < 0) throw systemFailure(name_, "can't be read", errno);
+  end_ += static_cast<size_t>(count);
+  return count > 0;
+}
+
+void Input::take(size_t count) {
+  start_ += count;
+  offset_ += count;
+}
+
+}  // namespace veld

@@ -1,0 +1,34 @@
+// Where converted text goes.
+#pragma once
+
+#include <string>
+
+#include "chain.h"
+
+namespace veld {
+
+// Standard output, or a file that takes its place only when all of it is written: the bytes go to a new file beside it,
+// which is renamed at the end and removed if that is never reached. What isn't a plain file (a pipe, a device) is
+// written directly.
+class Output {
+ public:
+  // `path` empty or "-" is standard output. Throws Failure.
+  explicit Output(const std::string& path);
+  ~Output();
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  // Throws Failure.
+  void write(Bytes bytes);
+  // Puts the file in its place. Throws Failure.
+  void commit();
+
+ private:
+  void openBeside();
+
+  std::string path_;       // the place, links followed
+  std::string temporary_;  // the file beside it; empty when there is none
+  int file_;
+};
+
+}  // namespace veld

@@ -1,0 +1,39 @@
+#include "text.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace veld {
+
+namespace {
+
+// A UTF-8 byte gives at most one 16-bit unit, and a unit at most three bytes.
+constexpr size_t bytesPerUnit = 3;
+
+}  // namespace
+
+std::u16string toUtf16(QZNLS& nls, std::string_view text) {
+  std::u16string units(text.size(), u'\0');
+  uint32_t written = 0;
+  nls.convertUtf8ToUtf16(&nls, text.data(), static_cast<uint32_t>(text.size()), units.data(),
+                         static_cast<uint32_t>(units.size() * sizeof(char16_t)), &written, nullptr);
+  units.resize(written / sizeof(char16_t));
+  return units;
+}
+
+std::string toUtf8(QZNLS& nls, std::u16string_view text) {
+  std::string bytes(text.size() * bytesPerUnit, '\0');
+  uint32_t written = 0;
+  nls.convertUtf16ToUtf8(&nls, text.data(), static_cast<uint32_t>(text.size() * sizeof(char16_t)), bytes.data(),
+                         static_cast<uint32_t>(bytes.size()), &written, nullptr);
+  bytes.resize(written);
+  return bytes;
+}
+
+std::string hexNumber(uint32_t value, int digits) {
+  std::ostringstream text;
+  text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << value;
+  return text.str();
+}
+
+}  // namespace veld

@@ -1,0 +1,18 @@
+// Text between the command line (UTF-8) and the library (UTF-16), converted by the library itself.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "veldnls/nls.h"
+
+namespace veld {
+
+// Bytes that are no UTF-8 become U+FFFD.
+std::u16string toUtf16(QZNLS& nls, std::string_view text);
+std::string toUtf8(QZNLS& nls, std::u16string_view text);
+
+// The number as "0x803FE809", with at least `digits` digits.
+std::string hexNumber(uint32_t value, int digits);
+
+}  // namespace veld

@@ -1,0 +1,101 @@
+// veld convert: files read and written.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "apps/program.h"
+
+namespace test {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(VeldFiles, FilesFollowOneAnother) {
+  const Folder folder;
+  const std::string one = folder.write("one", bytes("C3 A9"));
+  const std::string two = folder.write("two", "b");
+  const Outcome outcome = convert("utf-8", "wlatin1", "x", {one, "-", two});
+  EXPECT_EQ(hex(outcome.output), "E9 78 62");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+}
+
+TEST(VeldFiles, EveryFileIsATextOfItsOwn) {
+  const Folder folder;
+  const std::string big = folder.write("big", bytes("FE FF 00 E9"));
+  const std::string little = folder.write("little", bytes("FF FE E9 00"));
+  EXPECT_EQ(hex(convert("utf-16", "utf-8", "", {big, little}).output), "C3 A9 C3 A9");
+
+  const std::string head = folder.write("head", bytes("61 E2 82"));
+  const std::string tail = folder.write("tail", bytes("AC"));
+  const Outcome cut = convert("utf-8", "utf-16le", "", {head, tail});
+  EXPECT_EQ(hex(cut.output), "61 00 FD FF");
+  EXPECT_EQ(cut.exitCode, 1);
+  EXPECT_EQ(lineCount(cut.errors), 2u) << cut.errors;
+}
+
+TEST(VeldFiles, OutputGoesToANewFile) {
+  const Folder folder;
+  const Outcome outcome = convert("wlatin1", "utf-8", bytes("E9"), {"-o", folder.file("out")});
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_EQ(hex(folder.read("out")), "C3 A9");
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"out"});
+}
+
+TEST(VeldFiles, ADashIsStandardOutput) { EXPECT_EQ(convert("wlatin1", "utf-8", "a", {"-o", "-"}).output, "a"); }
+
+TEST(VeldFiles, AFileCanTakeItsOwnPlace) {
+  const Folder folder;
+  const std::string file = folder.write("text", times(100000, bytes("E9")));
+  chmod(file.c_str(), 0640);
+  const Outcome outcome = convert("wlatin1", "utf-8", "", {"-o", file, file});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_EQ(folder.read("text"), times(100000, bytes("C3 A9")));
+  struct stat facts;
+  ASSERT_EQ(stat(file.c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_mode & 0777, 0640u);
+}
+
+TEST(VeldFiles, ALinkStaysALink) {
+  const Folder folder;
+  folder.write("text", "old");
+  fs::create_symlink("text", folder.file("link"));
+  EXPECT_EQ(convert("wlatin1", "utf-8", "new", {"-o", folder.file("link")}).exitCode, 0);
+  EXPECT_TRUE(fs::is_symlink(folder.file("link")));
+  EXPECT_EQ(folder.read("text"), "new");
+}
+
+TEST(VeldFiles, DevicesAreWrittenDirectly) {
+  EXPECT_EQ(convert("wlatin1", "utf-8", "a", {"-o", "/dev/null"}).exitCode, 0);
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(VeldFiles, AFullDeviceIsTold) {
+  const Outcome outcome = convert("wlatin1", "utf-8", "a", {"-o", "/dev/full"});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "/dev/full: can't be written: ")) << outcome.errors;
+}
+
+TEST(VeldFiles, AMissingFileIsTold) {
+  const Folder folder;
+  const Outcome outcome = convert("wlatin1", "utf-8", "", {"-o", folder.file("out"), folder.file("absent")});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, folder.file("absent") + ": can't be opened for reading: ")) << outcome.errors;
+  EXPECT_EQ(folder.names(), std::vector<std::string>{});
+}
+
+TEST(VeldFiles, AFolderIsNoFile) {
+  const Outcome outcome = convert("wlatin1", "utf-8", "", {"/"});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "/: can't be read: ")) << outcome.errors;
+}
+
+TEST(VeldFiles, AnOutputInNoFolderIsTold) {
+  const Folder folder;
+  const Outcome outcome = convert("wlatin1", "utf-8", "a", {"-o", folder.file("absent/out")});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "no file can be made beside it: ")) << outcome.errors;
+}
+
+}  // namespace
+}  // namespace test

@@ -1,0 +1,63 @@
+// Runs the built command-line program and tells what it did.
+#pragma once
+
+#include <sys/resource.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace test {
+
+struct Outcome {
+  int exitCode = -1;  // -1: a signal ended it
+  std::string output;
+  std::string errors;
+  long peakKilobytes = 0;
+};
+
+struct Call {
+  std::vector<std::string> arguments = {};
+  std::string input = {};                               // its standard input, through a pipe
+  std::vector<std::string> environment = {"LC_ALL=C"};  // added to that of the test
+  size_t pieceSize = 0;                                 // if set, input comes in pieces, with pauses
+  std::function<void(int file)> writer = nullptr;       // if set, writes standard input instead
+  const char* outputFile = nullptr;                     // if set, standard output goes there
+};
+
+Outcome runVeld(const Call& call);
+
+// `veld convert -f from -t to` of an input.
+Outcome convert(const std::string& from, const std::string& to, std::string_view input,
+                std::vector<std::string> more = {});
+
+// Bytes from hexadecimal digits, and back, as text.
+std::string bytes(std::string_view hex);
+std::string hex(std::string_view bytes);
+
+// A text that repeats another.
+std::string times(size_t count, std::string_view text);
+
+bool contains(std::string_view text, std::string_view part);
+size_t lineCount(std::string_view text);
+
+// A folder for one test, removed with all in it.
+class Folder {
+ public:
+  Folder();
+  ~Folder();
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  std::string file(const std::string& name) const { return (path_ / name).string(); }
+  std::string write(const std::string& name, std::string_view content) const;
+  std::string read(const std::string& name) const;
+  std::vector<std::string> names() const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace test

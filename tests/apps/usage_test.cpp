@@ -1,0 +1,76 @@
+// veld: wrong usage, and how the module is found.
+#include <gtest/gtest.h>
+
+#include "apps/program.h"
+
+namespace test {
+namespace {
+
+Outcome veld(std::vector<std::string> arguments) { return runVeld({.arguments = std::move(arguments)}); }
+
+TEST(VeldUsage, WrongUsageExitsWithTwo) {
+  EXPECT_EQ(veld({}).exitCode, 2);
+  EXPECT_EQ(veld({"transmogrify"}).exitCode, 2);
+  EXPECT_EQ(veld({"convert", "-f", "utf-8"}).exitCode, 2);
+  EXPECT_EQ(veld({"convert", "-t", "utf-8"}).exitCode, 2);
+  EXPECT_EQ(veld({"convert", "-f", "utf-8", "-t", "utf-8", "--on-loss", "laugh"}).exitCode, 2);
+  EXPECT_EQ(veld({"encodings", "--yaml"}).exitCode, 2);
+}
+
+TEST(VeldUsage, HelpTellsWhatTheToolAdds) {
+  const Outcome outcome = veld({"convert", "--help"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  for (const char* part : {"--on-loss", "byte order mark", "utf-16le", "us-ascii", "utf-e", "Exit status"}) {
+    EXPECT_TRUE(contains(outcome.output, part)) << part;
+  }
+}
+
+TEST(VeldUsage, AnUnknownNameGetsTheNearest) {
+  const Outcome outcome = convert("wlatin", "utf-8", "");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "unknown encoding \"wlatin\"")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, "wlatin1")) << outcome.errors;
+  EXPECT_TRUE(contains(convert("utf-8", "windows1252", "").errors, "windows-1252"));
+  EXPECT_TRUE(contains(convert("utf-8", "UTF--8", "").errors, "utf-8"));
+}
+
+TEST(VeldUsage, DoubleByteTypesNeedALanguage) {
+  const Outcome without = convert("EUC", "utf-8", "a");
+  EXPECT_EQ(without.exitCode, 2);
+  EXPECT_EQ(without.output, "");
+  EXPECT_TRUE(contains(without.errors, "--session-language")) << without.errors;
+  const Outcome with = convert("EUC", "utf-8", "", {"--session-language", "JAPANESE"});
+  EXPECT_FALSE(contains(with.errors, "--session-language")) << with.errors;
+}
+
+TEST(VeldUsage, NamesOfAnyLengthAreAnswered) {
+  EXPECT_EQ(convert("", "utf-8", "").exitCode, 2);
+  EXPECT_EQ(convert(times(2000, "x"), "utf-8", "").exitCode, 2);
+  EXPECT_EQ(convert(bytes("FF FE FF"), "utf-8", "").exitCode, 2);
+}
+
+TEST(VeldUsage, APairWithoutTablesIsRefused) {
+  const Outcome outcome = convert("utf-8", "aeasteuro", "a");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "no way from utf-8 to aeasteuro")) << outcome.errors;
+}
+
+TEST(VeldUsage, TheModuleCanBeNamed) {
+  const std::string beside = std::string(VELDNLS_BINARY_DIR) + "/veldnls.so";
+  EXPECT_EQ(veld({"--module", beside, "info"}).exitCode, 0);
+  EXPECT_EQ(veld({"info", "--module", beside}).exitCode, 0);
+}
+
+TEST(VeldUsage, AModuleThatIsNoneIsTold) {
+  const Folder folder;
+  const Outcome absent = veld({"--module", folder.file("absent.so"), "info"});
+  EXPECT_EQ(absent.exitCode, 2);
+  EXPECT_TRUE(contains(absent.errors, "--module")) << absent.errors;
+  EXPECT_EQ(veld({"--module", folder.write("text.so", "text"), "info"}).exitCode, 2);
+  const Outcome other = veld({"--module", "libm.so.6", "info"});
+  EXPECT_EQ(other.exitCode, 2);
+  EXPECT_TRUE(contains(other.errors, "VELDNLSLIB")) << other.errors;
+}
+
+}  // namespace
+}  // namespace test
