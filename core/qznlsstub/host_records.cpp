@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 #include <mutex>
+#include <type_traits>
 
 #include "core/qznlsstub.h"
 #include "veldnls/hostlib/xm.h"
@@ -11,17 +12,24 @@ namespace veldnls {
 
 namespace {
 
-struct StoredRecords {
+// What one call of the export brought.
+struct Brought {
   VeldInputVector vector;
   VeldThreadBlock threadBlock;
-  VeldMemoryRecord memory;  // used when the host's record has no context
+  VeldMemoryRecord memory;  // stands in for the host's record when that has no context
+};
+static_assert(std::has_unique_object_representations_v<Brought>, "compared byte by byte");
+
+// A published place is never written again: threads of older objects may be reading it.
+struct StoredRecords {
+  Brought brought;
+  VeldInputVector used;
 };
 
-// Two places, so that a later call of the export never writes what threads of an older object read.
-StoredRecords places[2];
-std::atomic<const VeldInputVector*> current{&places[0].vector};
-
+StoredRecords firstPlace;
+std::atomic<const StoredRecords*> current{nullptr};
 std::mutex storing;
+
 // Where the module's own context stands, once there is one.
 VeldMemoryRecord ownMemory;
 VeldInputVector ownVector = {&ownMemory, nullptr, nullptr, nullptr, nullptr};
@@ -30,25 +38,45 @@ VeldInputVector ownVector = {&ownMemory, nullptr, nullptr, nullptr, nullptr};
   if (ownMemory.context != nullptr) xmterm(&ownVector, ownMemory.context);
 }
 
+bool hasContext(const VeldInputVector& records) {
+  return records.memory != nullptr && records.memory->context != nullptr;
+}
+
+// The first call takes the constant place, each later one that brings something else a place of the module's context.
+StoredRecords* freshPlace() {
+  if (current.load(std::memory_order_relaxed) == nullptr) return &firstPlace;
+  if (xminit(&ownVector) == nullptr) return nullptr;
+  return static_cast<StoredRecords*>(
+      xmalloc(&ownVector, ownMemory.context->defaultPool, sizeof(StoredRecords), XM_ZERO | XM_LENGTH_HEADER));
+}
+
 }  // namespace
 
-const VeldInputVector* hostRecords() { return current.load(std::memory_order_acquire); }
+const VeldInputVector* hostRecords() {
+  const StoredRecords* stored = current.load(std::memory_order_acquire);
+  return stored != nullptr ? &stored->used : &firstPlace.used;
+}
 
 bool storeHostRecords(const VeldInputVector& records) {
   const std::lock_guard<std::mutex> lock(storing);
-  StoredRecords& place = hostRecords() == &places[0].vector ? places[1] : places[0];
-  place.vector = records;
-  if (records.threadBlock != nullptr) {
-    std::memcpy(&place.threadBlock, records.threadBlock, sizeof place.threadBlock);
-    place.vector.threadBlock = &place.threadBlock;
-  }
-  if (records.memory == nullptr || records.memory->context == nullptr) {
+  Brought brought{};
+  brought.vector = records;
+  if (records.threadBlock != nullptr) brought.threadBlock = *records.threadBlock;
+  if (!hasContext(records)) {
     if (xminit(&ownVector) == nullptr) return false;
-    place.memory = records.memory != nullptr ? *records.memory : VeldMemoryRecord{};
-    place.memory.context = ownMemory.context;
-    place.vector.memory = &place.memory;
+    if (records.memory != nullptr) brought.memory = *records.memory;
+    brought.memory.context = ownMemory.context;
   }
-  current.store(&place.vector, std::memory_order_release);
+  const StoredRecords* stored = current.load(std::memory_order_relaxed);
+  if (stored != nullptr && std::memcmp(&stored->brought, &brought, sizeof brought) == 0) return true;
+
+  StoredRecords* place = freshPlace();
+  if (place == nullptr) return false;
+  place->brought = brought;
+  place->used = records;
+  if (records.threadBlock != nullptr) place->used.threadBlock = &place->brought.threadBlock;
+  if (!hasContext(records)) place->used.memory = &place->brought.memory;
+  current.store(place, std::memory_order_release);
   return true;
 }
 

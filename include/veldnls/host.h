@@ -151,7 +151,9 @@ typedef struct VeldThreadMemory {
 
 /* ---- Support records, the elements of the export's input vector ---- */
 
-/* Element 0. Without a context the library makes one, once per module, and ends it when the module unloads. */
+/* Element 0. With a context the record is read whenever a member is needed. Without one the library makes a context of
+ * its own, once per module, which ends when the module unloads and never stands in the record; the other members then
+ * count as they are at the call of the export. */
 typedef struct VeldMemoryRecord {
   XmContext* context;
   const NlsHostServices* services; /* null: the defaults */

@@ -99,8 +99,9 @@ struct QZNLS {
 
 /* The module's one export: takes the host's support records and makes a QZNLS object.
  *   count        elements of the vector, at least 5; below that nothing of it is read
- *   inputVector  VeldInputVector (host.h) seen as pointers. Each element may be null. The records must live as long as
- *                any object made with them
+ *   inputVector  VeldInputVector (host.h) seen as pointers. Each element may be null. Element 1 is copied. The records
+ *                of the latest call serve all objects and the export itself: they must live until a later call brings
+ *                others or the module is unloaded, and the memory context as long as any object made with it
  *   outHandle    receives the object; untouched on failure
  * Returns 0 or nlsInitFailed. Called on the host's initialising thread; may be called again, each call makes a new
  * object. The caller ends an object with its `destroy`. */

@@ -1,12 +1,16 @@
 // The built module as a host sees it: one symbol, one call, and the object that comes back.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -153,6 +157,45 @@ TEST(Module, AContextOfTheModulesOwnStaysOutOfTheHostsRecord) {
   EXPECT_EQ(nls->destroy(nls), 0u);
 }
 
+size_t mappedPages() {
+  std::ifstream statm("/proc/self/statm");
+  size_t pages = 0;
+  statm >> pages;
+  return pages;
+}
+
+TEST(Module, AContextOfTheModulesOwnEndsWithTheModule) {
+  void* vector[5] = {};
+  const auto round = [&vector] {
+    const Module module;
+    void* handle = nullptr;
+    if (module.entry(5, vector, &handle) != 0) std::abort();
+    // The object is forgotten: its memory goes with the context.
+  };
+  round();
+  const size_t before = mappedPages();
+  for (int i = 0; i < 50; ++i) round();
+  EXPECT_LE(mappedPages(), before + 64);
+}
+
+TEST(Module, WithoutMemoryForItsOwnContextTheExportFails) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer needs the address space that this test takes away";
+#endif
+  const test::Ending ending = test::runInChild([] {
+    const Module module;
+    const rlimit none{1 << 20, 1 << 20};
+    setrlimit(RLIMIT_AS, &none);
+    void* vector[5] = {};
+    void* handle = &handle;
+    void* const before = handle;
+    const uint32_t status = module.entry(5, vector, &handle);
+    _exit(status == nlsInitFailed && handle == before ? 7 : 8);
+  });
+  EXPECT_EQ(ending.exitCode, 7);
+  EXPECT_TRUE(ending.output.ends_with("VELD- NLSASSERT failed: hs/src/hsnlsmain line=103\n")) << ending.output;
+}
+
 TEST(Module, TwoLiveObjects) {
   const Module module;
   test::NlsHost first(module.entry);
@@ -173,9 +216,15 @@ TEST(Module, AnOlderObjectOutlivesALaterCallWithOtherRecords) {
   auto* older = static_cast<QZNLS*>(handle);
   const uint32_t before = first.memory.context->inUse;
   {
-    const test::NlsHost later(module.entry);
+    test::NlsHost later(module.entry);
     ASSERT_NE(later.nls, nullptr);
     EXPECT_EQ(toUtf8(older, U_WLATIN1_CE, "\xE4"), "\xC3\xA4");
+    // The later host's records serve the older object too, the older one's no more.
+    first.memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+    EXPECT_EQ(toUtf8(older, U_WLATIN1_CE, "\xE4"), "\xC3\xA4");
+    later.memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+    EXPECT_EQ(toUtf8(older, U_WLATIN1_CE, "\xE4"), "no pipeline");
+    later.memory.allowAllocation = nullptr;
     EXPECT_EQ(first.memory.context->inUse, before);
     EXPECT_EQ(older->destroy(older), 0u);
     EXPECT_LT(first.memory.context->inUse, before);
@@ -325,6 +374,30 @@ TEST(Module, APoolLockIsReenteredAcrossTheCopies) {
   other.join();
   EXPECT_TRUE(done);
   EXPECT_EQ(pool->owner, 0u);
+}
+
+// Calls of the export in the midst of another object's work: old records stay readable. (For the thread sanitizer.)
+TEST(Module, FurtherCallsOfTheExportDisturbNoRunningObject) {
+  const Module module;
+  test::NlsHost host(module.entry);
+  ASSERT_NE(host.nls, nullptr);
+  std::atomic<bool> done{false};
+  std::thread worker([&] {
+    while (!done) {
+      TranscodingPipeline* pipeline = host.nls->createPipeline(host.nls, 62, 20, nullptr, nullptr);
+      host.nls->destroyPipeline(pipeline);
+    }
+  });
+  std::vector<std::unique_ptr<VeldFileRecord>> files;
+  for (int i = 0; i < 50; ++i) {
+    files.push_back(std::make_unique<VeldFileRecord>());
+    host.vector.files = files.back().get();
+    void* handle = nullptr;
+    ASSERT_EQ(module.entry(5, host.input(), &handle), 0u);
+    static_cast<QZNLS*>(handle)->destroy(handle);
+  }
+  done = true;
+  worker.join();
 }
 
 TEST(Module, SlotsOfWhatIsNotBuiltInRefuse) {

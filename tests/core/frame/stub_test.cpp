@@ -3,12 +3,15 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "core/qznlsstub.h"
 #include "support/death.h"
 #include "support/host.h"
+#include "veldnls/hostlib/ht.h"
+#include "veldnls/hostlib/xm.h"
 
 namespace veldnls {
 namespace {
@@ -37,7 +40,13 @@ const Stub stubs[] = {
     {"nlsOpenMessageBundle", [] { nlsOpenMessageBundle(nullptr, 0, nullptr, 0); }, 562},
 };
 
-TEST(Stubs, EachAssertionStubEndsTheProcessWithItsLine) {
+class Stubs : public ::testing::Test {
+ protected:
+  Stubs() { storeHostRecords(records_.vector); }
+  test::HostRecords records_;
+};
+
+TEST_F(Stubs, EachAssertionStubEndsTheProcessWithItsLine) {
   for (const Stub& stub : stubs) {
     const Ending ending = runInChild(stub.call);
     EXPECT_EQ(ending.signal, SIGSEGV) << stub.name;
@@ -46,7 +55,7 @@ TEST(Stubs, EachAssertionStubEndsTheProcessWithItsLine) {
   }
 }
 
-TEST(Stubs, ConstantAnswers) {
+TEST_F(Stubs, ConstantAnswers) {
   EXPECT_EQ(nlsListCreate(nullptr, nullptr, nullptr, "x"), NLS_MARKER_HANDLE);
   EXPECT_EQ(nlsLockCreate(nullptr, nullptr, nullptr, nullptr), NLS_MARKER_HANDLE);
   EXPECT_EQ(nlsTreeSetOption(nullptr, 5, 6), 0u);
@@ -238,7 +247,33 @@ TEST_F(Loader, GivesBackEverythingWhenMemoryFails) {
   EXPECT_EQ(records_.memory.context->inUse, before);
 }
 
-TEST(Journal, NamesThreeStatuses) {
+// The block of element 1 is the module's own once the export has returned: the host may reuse its memory.
+TEST(HostRecords, TheThreadBlockIsCopied) {
+  test::HostRecords records;
+  XmPool* pool = xmcreate(&records.vector, 0, 1024, XM_LENGTH_HEADER);
+  VeldThreadMemory threadMemory{pool};
+  uint32_t key = 0;
+  ASSERT_EQ(htTlsCreate(&key), 0);
+  ASSERT_EQ(htTlsSet(key, &threadMemory), 0);
+  records.threadBlock.threadKey = key;
+  void* handle = nullptr;
+  ASSERT_EQ(VELDNLSLIB(5, records.input(), &handle), 0u);
+  std::memset(&records.threadBlock, 0xFF, sizeof records.threadBlock);
+  ASSERT_EQ(pool->chunks, nullptr);
+  EXPECT_NE(xmalloc(hostRecords(), XM_THREAD_POOL, 8, 0), nullptr);
+  EXPECT_NE(pool->chunks, nullptr);
+  static_cast<QZNLS*>(handle)->destroy(handle);
+  xmdestroy(&records.vector, pool);
+  htTlsDelete(key);
+}
+
+class Journal : public ::testing::Test {
+ protected:
+  Journal() { storeHostRecords(records_.vector); }
+  test::HostRecords records_;
+};
+
+TEST_F(Journal, NamesThreeStatuses) {
   struct Case {
     NlsStatus status;
     const char* text;
@@ -255,7 +290,7 @@ TEST(Journal, NamesThreeStatuses) {
   }
 }
 
-TEST(Journal, AMessagesTextNeverReachesTheOutput) {
+TEST_F(Journal, AMessagesTextNeverReachesTheOutput) {
   const Ending ending = runInChild([] { QzlMessageToJnl(nullptr, journalError, u"%s failed", 0, u"secret"); });
   EXPECT_TRUE(ending.output.ends_with("VELD- QzlMessageToJnl: \n")) << ending.output;
   EXPECT_EQ(ending.output.find("secret"), std::string::npos);
