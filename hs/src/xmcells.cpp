@@ -1,0 +1,47 @@
+// Fixed cells. A free cell links the next one in its second word.
+#include "hs/src/poison.h"
+#include "hs/src/pool.h"
+
+namespace veldnls::hs {
+
+namespace {
+
+uint8_t* linkOf(uint8_t* cell) { return cell + sizeof(uint8_t*); }
+
+// The last cell of a chunk is never handed out: when just one more would fit, the chunk counts as used up.
+Taken takeFreshCell(XmChunk* chunk, uint32_t cellSize) {
+  const Taken taken = takeAtBump(chunk, cellSize);
+  const uint64_t room = roomOf(chunk);
+  if (room >= cellSize && room < 2 * uint64_t{cellSize}) chunk->bump = nullptr;
+  return taken;
+}
+
+}  // namespace
+
+Taken takeExistingCell(XmPool* pool) {
+  for (XmChunk* chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
+    if (uint8_t* cell = chunk->freeChain; cell != nullptr) {
+      chunk->freeChain = readClosed<uint8_t*>(linkOf(cell));
+      return {cell, false};
+    }
+    if (roomOf(chunk) >= pool->cellSize) return takeFreshCell(chunk, pool->cellSize);
+  }
+  return {nullptr, false};
+}
+
+Taken takeCell(const VeldInputVector* host, XmPool* pool) {
+  const Taken cell = takeExistingCell(pool);
+  if (cell.at != nullptr) return cell;
+  XmChunk* chunk = growPool(host, pool, pool->extensionSize);
+  return chunk != nullptr ? takeFreshCell(chunk, pool->cellSize) : Taken{nullptr, false};
+}
+
+void giveCell(XmPool* pool, uint8_t* cell) {
+  XmChunk* chunk = chunkOf(pool, cell);
+  if (chunk == nullptr) return;
+  closeMemory(cell, pool->cellSize);
+  writeClosed(linkOf(cell), chunk->freeChain);
+  chunk->freeChain = cell;
+}
+
+}  // namespace veldnls::hs
