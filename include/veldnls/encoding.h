@@ -169,7 +169,7 @@ typedef struct LocaleEncodings {
   int32_t index; /* the row's place: localeId or CEI */
   const int32_t* primary;
   int32_t primaryCount;
-  const int32_t* secondary; /* Latin-script encodings that serve the language only partly */
+  const int32_t* secondary; /* encodings that serve the language only partly */
   int32_t secondaryCount;
 } LocaleEncodings;
 
@@ -208,14 +208,16 @@ typedef NlsStatus (*NlsGetEncodingDescriptor)(QZNLS* nls, CEI cei, const Encodin
 typedef NlsStatus (*NlsGetBaseEncoding)(QZNLS* nls, CEI cei, CEI* base);
 
 /* Tells whether text of `source` must be converted to stand as `target`: 0 the bytes can be used as they are, 1 they
- * must be converted. CEIs outside the table answer 1. Any thread. */
+ * must be converted. A CEI outside the table answers 1, unless both are equal or one is 204 (any). Any thread. */
 typedef int32_t (*NlsConversionNeeded)(QZNLS* nls, CEI source, CEI target);
 
 /* True when the invariant characters have the same codes in both encodings. A CEI of 0 that differs from the other
  * reads the session encoding from a host option. Any thread. */
 typedef NlsBool8 (*NlsSharesInvariantCharacters)(QZNLS* nls, CEI a, CEI b);
 
-/* True when the encoding is one of those preferred for the locale's language. Takes no object.
+/* Tells whether the locale's language can be taken to be written in the encoding, by the first two letters of the name
+ * in any case: for "en" every row with NLS_ENCODING_ASCII; for "ko", "ja", "zt" and "zh" the few of that language, where
+ * "zh_HK", "zh_MO" and "zh_TW" are as "zt". False for every other language. Takes no object. Any thread.
  *   locale, localeLength  a locale name in 16-bit units, as "zh_TW"; null or below 2 units answers false */
 typedef NlsBool8 (*NlsLocaleAcceptsEncoding)(const char16_t* locale, int32_t localeLength, CEI cei);
 
@@ -223,9 +225,13 @@ typedef NlsBool8 (*NlsLocaleAcceptsEncoding)(const char16_t* locale, int32_t loc
  * Returns 0 or nlsUnknownMibEnum. Any thread. */
 typedef NlsStatus (*NlsEncodingFromMibEnum)(int32_t mib, CEI* cei);
 
-/* Gives the encoding of a double-byte type in a double-byte language; 0 if there is none.
- *   language  code of the DbcsLanguage table; 0 means the session's, which is read from a host option
- *   type      0 to 23, or one of 19, 20, 24 to 27; below 1 means the session encoding, read from a host option */
+/* Gives the encoding of a double-byte type in a double-byte language.
+ *   language  code of the DbcsLanguage table; 0 means the session's, which is read from a host option. As the session's
+ *             language KATAKANA, KANA942 and HANGUL lead to 0
+ *   type      1 to 23, or 24 to 27; below 1 means the session encoding, read from a host option
+ * Types 19 (as 25), 20 and 24 to 27 are the same in every language. A type without an encoding in the language answers
+ * itself. Other answers of 0 are for a language or type outside the tables, and for no language at all, in which types
+ * 5, 6, 8 and 18 still have an answer. */
 typedef CEI (*NlsResolveDbcsEncoding)(QZNLS* nls, int32_t language, int32_t type);
 
 /* The reverse of the above: writes both outputs, 0 where nothing is known. Returns 0, or 1 for a CEI outside the

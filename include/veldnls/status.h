@@ -1,7 +1,7 @@
 /* Every status of the library. 0 is success; values that stand in no line here are not raised.
  *
  * Two facilities share the numbers: 0x803FC... is the support layer, 0x803FE8... the language support. Five results
- * outside of both belong to host-layer and formatting calls and stand at the end.
+ * are outside of both: the export's at the top, and at the end four of host-layer and formatting calls.
  */
 #ifndef VELDNLS_STATUS_H
 #define VELDNLS_STATUS_H
@@ -88,7 +88,7 @@
 #define nlsNullCollatorArgument UINT32_C(0x803FE828)
 /* Null string record or null output buffer. */
 #define nlsNullString UINT32_C(0x803FE82A)
-/* FindLocaleEntry was given a kind other than 1, 4, 8, or a string operation an unknown mode. */
+/* findLocaleEntry was given a kind other than 1, 4, 8, or a string operation an unknown mode. */
 #define nlsBadLookupKind UINT32_C(0x803FE82B)
 /* Text holds an invalid character. No substitution is made; validateEncodedText gives the offset. */
 #define nlsInvalidCharacter UINT32_C(0x803FE82C)
@@ -100,7 +100,7 @@
 #define nlsNullLocaleOutput UINT32_C(0x803FE831)
 /* An alignment letter other than L, R, C and N (either case). */
 #define nlsBadAlignment UINT32_C(0x803FE835)
-/* EncodingFromMibEnum found nothing. */
+/* encodingFromMibEnum found nothing. */
 #define nlsUnknownMibEnum UINT32_C(0x803FE836)
 /* A collation key of a version that can't be read. */
 #define nlsCollationKeyVersion UINT32_C(0x803FE837)

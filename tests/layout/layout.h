@@ -1,21 +1,24 @@
-/* Size of every public record and place of every field, in order, as callers compiled against them rely on it (LP64).
- * Included by one C and one C++ unit. */
+/* Size of every public record, place of every field, in order, and type of every number and text, as callers compiled
+ * against them rely on it (LP64). Included by one C and one C++ unit, which bring STATIC_CHECK and IS_TYPE. */
 #include <stddef.h>
 
 #include "veldnls/veldnls.h"
 
 #define RECORD(type, bytes) STATIC_CHECK(sizeof(type) == (bytes), #type)
 #define FIELD(type, field, offset) STATIC_CHECK(offsetof(type, field) == (offset), #type "." #field)
+#define VALUE(type, field, offset, valueType) \
+  FIELD(type, field, offset);                 \
+  STATIC_CHECK(IS_TYPE(type, field, valueType), #type "." #field " is " #valueType)
 
 /* clang-format off */
 
 RECORD(NlsHandle, 24);
-FIELD(NlsHandle, magic, 0);
+VALUE(NlsHandle, magic, 0, uint8_t[4]);
 FIELD(NlsHandle, name, 8);
 FIELD(NlsHandle, destroy, 16);
 
 RECORD(NlsExtension, 56);
-FIELD(NlsExtension, magic, 0);
+VALUE(NlsExtension, magic, 0, uint8_t[4]);
 FIELD(NlsExtension, name, 8);
 FIELD(NlsExtension, destroy, 16);
 FIELD(NlsExtension, versionQuery, 24);
@@ -24,115 +27,115 @@ FIELD(NlsExtension, host, 40);
 FIELD(NlsExtension, release, 48);
 
 RECORD(NlsText60, 124);
-FIELD(NlsText60, count, 0);
-FIELD(NlsText60, text, 4);
+VALUE(NlsText60, count, 0, int32_t);
+VALUE(NlsText60, text, 4, char16_t[60]);
 
 RECORD(NlsByteRange, 2);
-FIELD(NlsByteRange, low, 0);
-FIELD(NlsByteRange, high, 1);
+VALUE(NlsByteRange, low, 0, uint8_t);
+VALUE(NlsByteRange, high, 1, uint8_t);
 
 RECORD(MultiByteProfile, 40);
-FIELD(MultiByteProfile, structure, 0);
-FIELD(MultiByteProfile, doubleByteSet, 4);
-FIELD(MultiByteProfile, singleByteSet, 8);
-FIELD(MultiByteProfile, shiftLength, 12);
-FIELD(MultiByteProfile, shiftOut, 14);
-FIELD(MultiByteProfile, shiftIn, 18);
-FIELD(MultiByteProfile, doubleBlank, 22);
+VALUE(MultiByteProfile, structure, 0, uint32_t);
+VALUE(MultiByteProfile, doubleByteSet, 4, uint32_t);
+VALUE(MultiByteProfile, singleByteSet, 8, uint32_t);
+VALUE(MultiByteProfile, shiftLength, 12, uint16_t);
+VALUE(MultiByteProfile, shiftOut, 14, uint8_t[4]);
+VALUE(MultiByteProfile, shiftIn, 18, uint8_t[4]);
+VALUE(MultiByteProfile, doubleBlank, 22, uint8_t[2]);
 FIELD(MultiByteProfile, leadRanges, 24);
 FIELD(MultiByteProfile, trailRanges, 32);
 
 RECORD(EncodingDescriptor, 552);
-FIELD(EncodingDescriptor, cei, 0);
-FIELD(EncodingDescriptor, encodingClass, 4);
-FIELD(EncodingDescriptor, flags, 8);
-FIELD(EncodingDescriptor, padChar, 12);
-FIELD(EncodingDescriptor, substitution, 16);
-FIELD(EncodingDescriptor, unitSize, 20);
-FIELD(EncodingDescriptor, shortName, 22);
-FIELD(EncodingDescriptor, shortNameLength, 32);
-FIELD(EncodingDescriptor, name, 36);
-FIELD(EncodingDescriptor, nameLength, 64);
-FIELD(EncodingDescriptor, description, 68);
-FIELD(EncodingDescriptor, descriptionLength, 136);
-FIELD(EncodingDescriptor, identifier, 140);
-FIELD(EncodingDescriptor, identifierLength, 176);
-FIELD(EncodingDescriptor, longDescription, 180);
-FIELD(EncodingDescriptor, longDescriptionLength, 264);
-FIELD(EncodingDescriptor, ianaName, 268);
-FIELD(EncodingDescriptor, ianaNameLength, 332);
-FIELD(EncodingDescriptor, javaName, 336);
-FIELD(EncodingDescriptor, javaNameLength, 400);
-FIELD(EncodingDescriptor, ccsid, 404);
-FIELD(EncodingDescriptor, ccsidLength, 416);
-FIELD(EncodingDescriptor, codePage, 420);
-FIELD(EncodingDescriptor, codePageLength, 432);
+VALUE(EncodingDescriptor, cei, 0, int32_t);
+VALUE(EncodingDescriptor, encodingClass, 4, int32_t);
+VALUE(EncodingDescriptor, flags, 8, uint32_t);
+VALUE(EncodingDescriptor, padChar, 12, uint32_t);
+VALUE(EncodingDescriptor, substitution, 16, uint32_t);
+VALUE(EncodingDescriptor, unitSize, 20, uint16_t);
+VALUE(EncodingDescriptor, shortName, 22, char16_t[5]);
+VALUE(EncodingDescriptor, shortNameLength, 32, int32_t);
+VALUE(EncodingDescriptor, name, 36, char16_t[14]);
+VALUE(EncodingDescriptor, nameLength, 64, int32_t);
+VALUE(EncodingDescriptor, description, 68, char16_t[34]);
+VALUE(EncodingDescriptor, descriptionLength, 136, int32_t);
+VALUE(EncodingDescriptor, identifier, 140, char16_t[18]);
+VALUE(EncodingDescriptor, identifierLength, 176, int32_t);
+VALUE(EncodingDescriptor, longDescription, 180, char16_t[42]);
+VALUE(EncodingDescriptor, longDescriptionLength, 264, int32_t);
+VALUE(EncodingDescriptor, ianaName, 268, char16_t[32]);
+VALUE(EncodingDescriptor, ianaNameLength, 332, int32_t);
+VALUE(EncodingDescriptor, javaName, 336, char16_t[32]);
+VALUE(EncodingDescriptor, javaNameLength, 400, int32_t);
+VALUE(EncodingDescriptor, ccsid, 404, char16_t[6]);
+VALUE(EncodingDescriptor, ccsidLength, 416, int32_t);
+VALUE(EncodingDescriptor, codePage, 420, char16_t[6]);
+VALUE(EncodingDescriptor, codePageLength, 432, int32_t);
 FIELD(EncodingDescriptor, profile, 436);
-FIELD(EncodingDescriptor, baseCei, 476);
-FIELD(EncodingDescriptor, mibEnum, 480);
-FIELD(EncodingDescriptor, preferredName, 484);
-FIELD(EncodingDescriptor, preferredNameLength, 548);
+VALUE(EncodingDescriptor, baseCei, 476, int32_t);
+VALUE(EncodingDescriptor, mibEnum, 480, int32_t);
+VALUE(EncodingDescriptor, preferredName, 484, char16_t[32]);
+VALUE(EncodingDescriptor, preferredNameLength, 548, int32_t);
 
 RECORD(CharacterRecord, 32);
-FIELD(CharacterRecord, code, 0);
-FIELD(CharacterRecord, category, 4);
-FIELD(CharacterRecord, bidiClass, 8);
-FIELD(CharacterRecord, combiningClass, 12);
-FIELD(CharacterRecord, upper, 16);
-FIELD(CharacterRecord, lower, 20);
-FIELD(CharacterRecord, decompositionBase, 24);
-FIELD(CharacterRecord, decompositionMark, 28);
+VALUE(CharacterRecord, code, 0, uint32_t);
+VALUE(CharacterRecord, category, 4, uint32_t);
+VALUE(CharacterRecord, bidiClass, 8, uint32_t);
+VALUE(CharacterRecord, combiningClass, 12, uint32_t);
+VALUE(CharacterRecord, upper, 16, uint32_t);
+VALUE(CharacterRecord, lower, 20, uint32_t);
+VALUE(CharacterRecord, decompositionBase, 24, uint32_t);
+VALUE(CharacterRecord, decompositionMark, 28, uint32_t);
 
 RECORD(LocaleEncodings, 40);
-FIELD(LocaleEncodings, index, 0);
+VALUE(LocaleEncodings, index, 0, int32_t);
 FIELD(LocaleEncodings, primary, 8);
-FIELD(LocaleEncodings, primaryCount, 16);
+VALUE(LocaleEncodings, primaryCount, 16, int32_t);
 FIELD(LocaleEncodings, secondary, 24);
-FIELD(LocaleEncodings, secondaryCount, 32);
+VALUE(LocaleEncodings, secondaryCount, 32, int32_t);
 
 RECORD(LocaleNameRow, 176);
-FIELD(LocaleNameRow, posixName, 0);
-FIELD(LocaleNameRow, posixNameLength, 12);
-FIELD(LocaleNameRow, languageCode, 16);
-FIELD(LocaleNameRow, languageCodeLength, 20);
-FIELD(LocaleNameRow, countryCode, 24);
-FIELD(LocaleNameRow, countryCodeLength, 28);
-FIELD(LocaleNameRow, longName, 32);
-FIELD(LocaleNameRow, longNameLength, 96);
-FIELD(LocaleNameRow, languageName, 100);
-FIELD(LocaleNameRow, languageNameLength, 164);
-FIELD(LocaleNameRow, localeId, 168);
-FIELD(LocaleNameRow, windowsLcid, 172);
+VALUE(LocaleNameRow, posixName, 0, char16_t[6]);
+VALUE(LocaleNameRow, posixNameLength, 12, int32_t);
+VALUE(LocaleNameRow, languageCode, 16, char16_t[2]);
+VALUE(LocaleNameRow, languageCodeLength, 20, int32_t);
+VALUE(LocaleNameRow, countryCode, 24, char16_t[2]);
+VALUE(LocaleNameRow, countryCodeLength, 28, int32_t);
+VALUE(LocaleNameRow, longName, 32, char16_t[32]);
+VALUE(LocaleNameRow, longNameLength, 96, int32_t);
+VALUE(LocaleNameRow, languageName, 100, char16_t[32]);
+VALUE(LocaleNameRow, languageNameLength, 164, int32_t);
+VALUE(LocaleNameRow, localeId, 168, int32_t);
+VALUE(LocaleNameRow, windowsLcid, 172, uint16_t);
 
 RECORD(TranscodeOptions, 16);
-FIELD(TranscodeOptions, words, 0);
+VALUE(TranscodeOptions, words, 0, uint32_t[4]);
 
 RECORD(TranscodeProgress, 24);
-FIELD(TranscodeProgress, flags, 0);
-FIELD(TranscodeProgress, consumed, 4);
-FIELD(TranscodeProgress, pending, 8);
-FIELD(TranscodeProgress, heldCount, 12);
-FIELD(TranscodeProgress, held, 16);
+VALUE(TranscodeProgress, flags, 0, uint32_t);
+VALUE(TranscodeProgress, consumed, 4, uint32_t);
+VALUE(TranscodeProgress, pending, 8, uint8_t);
+VALUE(TranscodeProgress, heldCount, 12, uint32_t);
+VALUE(TranscodeProgress, held, 16, uint8_t[8]);
 
 RECORD(NlsCodePair, 4);
-FIELD(NlsCodePair, key, 0);
-FIELD(NlsCodePair, value, 2);
+VALUE(NlsCodePair, key, 0, uint16_t);
+VALUE(NlsCodePair, value, 2, uint16_t);
 
 RECORD(CodeOverlay, 16);
-FIELD(CodeOverlay, count, 0);
+VALUE(CodeOverlay, count, 0, uint32_t);
 FIELD(CodeOverlay, pairs, 8);
 
 RECORD(NlsPairTable, 16);
-FIELD(NlsPairTable, count, 0);
+VALUE(NlsPairTable, count, 0, uint32_t);
 FIELD(NlsPairTable, pairs, 8);
 
 RECORD(PipelineSide, 120);
-FIELD(PipelineSide, cei, 0);
-FIELD(PipelineSide, peerCei, 4);
-FIELD(PipelineSide, swapInput, 8);
-FIELD(PipelineSide, swapOutput, 9);
-FIELD(PipelineSide, padChar, 12);
-FIELD(PipelineSide, unitSize, 16);
+VALUE(PipelineSide, cei, 0, int32_t);
+VALUE(PipelineSide, peerCei, 4, int32_t);
+VALUE(PipelineSide, swapInput, 8, uint8_t);
+VALUE(PipelineSide, swapOutput, 9, uint8_t);
+VALUE(PipelineSide, padChar, 12, uint32_t);
+VALUE(PipelineSide, unitSize, 16, uint8_t);
 FIELD(PipelineSide, byteMap, 24);
 FIELD(PipelineSide, stage, 32);
 FIELD(PipelineSide, directionMarks, 40);
@@ -145,39 +148,39 @@ FIELD(PipelineSide, fromUnicode, 72);
 FIELD(PipelineSide, kanaPairs, 80);
 FIELD(PipelineSide, overlay, 88);
 FIELD(PipelineSide, scan, 96);
-FIELD(PipelineSide, encodingClass, 104);
-FIELD(PipelineSide, substitution, 108);
+VALUE(PipelineSide, encodingClass, 104, int32_t);
+VALUE(PipelineSide, substitution, 108, uint32_t);
 FIELD(PipelineSide, options, 112);
 
 RECORD(TranscodingPipeline, 328);
-FIELD(TranscodingPipeline, magic, 0);
+VALUE(TranscodingPipeline, magic, 0, uint8_t[4]);
 FIELD(TranscodingPipeline, name, 8);
 FIELD(TranscodingPipeline, destroy, 16);
 FIELD(TranscodingPipeline, nls, 24);
 FIELD(TranscodingPipeline, transcode, 32);
 FIELD(TranscodingPipeline, transcodeResumable, 40);
-FIELD(TranscodingPipeline, sourceCei, 48);
-FIELD(TranscodingPipeline, targetCei, 52);
-FIELD(TranscodingPipeline, twoStage, 56);
+VALUE(TranscodingPipeline, sourceCei, 48, int32_t);
+VALUE(TranscodingPipeline, targetCei, 52, int32_t);
+VALUE(TranscodingPipeline, twoStage, 56, uint8_t);
 FIELD(TranscodingPipeline, source, 64);
 FIELD(TranscodingPipeline, target, 184);
-FIELD(TranscodingPipeline, flags, 304);
+VALUE(TranscodingPipeline, flags, 304, uint32_t);
 FIELD(TranscodingPipeline, options, 308);
 
 RECORD(UserCharacterTable, 360);
-FIELD(UserCharacterTable, heading, 0);
-FIELD(UserCharacterTable, subheading, 24);
-FIELD(UserCharacterTable, codeA, 48);
-FIELD(UserCharacterTable, codeB, 50);
-FIELD(UserCharacterTable, columnCount, 52);
-FIELD(UserCharacterTable, characterCount, 56);
-FIELD(UserCharacterTable, columnBytes, 60);
+VALUE(UserCharacterTable, heading, 0, uint8_t[24]);
+VALUE(UserCharacterTable, subheading, 24, uint8_t[24]);
+VALUE(UserCharacterTable, codeA, 48, uint8_t[2]);
+VALUE(UserCharacterTable, codeB, 50, uint8_t[2]);
+VALUE(UserCharacterTable, columnCount, 52, int32_t);
+VALUE(UserCharacterTable, characterCount, 56, int32_t);
+VALUE(UserCharacterTable, columnBytes, 60, int32_t);
 FIELD(UserCharacterTable, columns, 64);
 FIELD(UserCharacterTable, next, 256);
-FIELD(UserCharacterTable, ceis, 264);
+VALUE(UserCharacterTable, ceis, 264, int32_t[24]);
 
 RECORD(CodePageModule, 64);
-FIELD(CodePageModule, magic, 0);
+VALUE(CodePageModule, magic, 0, uint8_t[4]);
 FIELD(CodePageModule, name, 8);
 FIELD(CodePageModule, destroy, 16);
 FIELD(CodePageModule, versionQuery, 24);
@@ -187,7 +190,7 @@ FIELD(CodePageModule, release, 48);
 FIELD(CodePageModule, pool, 56);
 
 RECORD(SingleByteModule, 96);
-FIELD(SingleByteModule, magic, 0);
+VALUE(SingleByteModule, magic, 0, uint8_t[4]);
 FIELD(SingleByteModule, name, 8);
 FIELD(SingleByteModule, destroy, 16);
 FIELD(SingleByteModule, versionQuery, 24);
@@ -201,7 +204,7 @@ FIELD(SingleByteModule, setupWideToByte, 80);
 FIELD(SingleByteModule, setupUtf8ToByte, 88);
 
 RECORD(MultiByteModule, 160);
-FIELD(MultiByteModule, magic, 0);
+VALUE(MultiByteModule, magic, 0, uint8_t[4]);
 FIELD(MultiByteModule, name, 8);
 FIELD(MultiByteModule, destroy, 16);
 FIELD(MultiByteModule, versionQuery, 24);
@@ -223,7 +226,7 @@ FIELD(MultiByteModule, nls, 144);
 FIELD(MultiByteModule, gbModule, 152);
 
 RECORD(Gb18030Module, 80);
-FIELD(Gb18030Module, magic, 0);
+VALUE(Gb18030Module, magic, 0, uint8_t[4]);
 FIELD(Gb18030Module, name, 8);
 FIELD(Gb18030Module, destroy, 16);
 FIELD(Gb18030Module, versionQuery, 24);
@@ -235,7 +238,7 @@ FIELD(Gb18030Module, fromUnicode, 64);
 FIELD(Gb18030Module, toUnicode, 72);
 
 RECORD(LocaleDatabase, 72);
-FIELD(LocaleDatabase, magic, 0);
+VALUE(LocaleDatabase, magic, 0, uint8_t[4]);
 FIELD(LocaleDatabase, name, 8);
 FIELD(LocaleDatabase, destroy, 16);
 FIELD(LocaleDatabase, versionQuery, 24);
@@ -246,14 +249,14 @@ FIELD(LocaleDatabase, pool, 56);
 FIELD(LocaleDatabase, loadLocaleRecord, 64);
 
 RECORD(QZNLS, 3280);
-FIELD(QZNLS, magic, 0);
+VALUE(QZNLS, magic, 0, uint8_t[4]);
 FIELD(QZNLS, name, 8);
 FIELD(QZNLS, destroy, 16);
 FIELD(QZNLS, versionQuery, 24);
 FIELD(QZNLS, minimumVersionQuery, 32);
 FIELD(QZNLS, host, 40);
 FIELD(QZNLS, release, 48);
-FIELD(QZNLS, sessionCei, 56);
+VALUE(QZNLS, sessionCei, 56, int32_t);
 FIELD(QZNLS, estimateOutputLength, 64);
 FIELD(QZNLS, conversionNeeded, 72);
 FIELD(QZNLS, lookupEncoding, 80);
@@ -284,12 +287,12 @@ FIELD(QZNLS, freeLocaleWorkRecord, 272);
 FIELD(QZNLS, resolveDbcsEncoding, 280);
 FIELD(QZNLS, describeDbcsEncoding, 288);
 FIELD(QZNLS, findLocaleEntry, 296);
-FIELD(QZNLS, osCei, 304);
-FIELD(QZNLS, hostCei, 308);
-FIELD(QZNLS, hostLocaleNameLength, 312);
-FIELD(QZNLS, hostLocaleName, 316);
-FIELD(QZNLS, hostLocaleStatus, 436);
-FIELD(QZNLS, hostCeiStatus, 440);
+VALUE(QZNLS, osCei, 304, int32_t);
+VALUE(QZNLS, hostCei, 308, int32_t);
+VALUE(QZNLS, hostLocaleNameLength, 312, int32_t);
+VALUE(QZNLS, hostLocaleName, 316, char16_t[60]);
+VALUE(QZNLS, hostLocaleStatus, 436, uint32_t);
+VALUE(QZNLS, hostCeiStatus, 440, uint32_t);
 FIELD(QZNLS, createCollator, 448);
 FIELD(QZNLS, readKeyHeader, 456);
 FIELD(QZNLS, createCollatorFromHeader, 464);
@@ -315,11 +318,11 @@ FIELD(QZNLS, localeDatabase, 616);
 FIELD(QZNLS, multiByteModule, 624);
 FIELD(QZNLS, singleByteModule, 632);
 FIELD(QZNLS, prebuiltPipelines, 640);
-FIELD(QZNLS, shuttingDown, 3264);
+VALUE(QZNLS, shuttingDown, 3264, uint8_t);
 FIELD(QZNLS, smInstances, 3272);
 
 RECORD(NlsHostServices, 104);
-FIELD(NlsHostServices, size, 0);
+VALUE(NlsHostServices, size, 0, uint32_t);
 FIELD(NlsHostServices, listCreate, 8);
 FIELD(NlsHostServices, lockCreate, 16);
 FIELD(NlsHostServices, treeSetOption, 24);
@@ -334,10 +337,10 @@ FIELD(NlsHostServices, hostCodePage, 88);
 FIELD(NlsHostServices, hostLocaleId, 96);
 
 RECORD(HtMutex, 64);
-FIELD(HtMutex, opaque, 0);
+VALUE(HtMutex, opaque, 0, uint64_t[8]);
 
 RECORD(XmChunk, 64);
-FIELD(XmChunk, state, 0);
+VALUE(XmChunk, state, 0, uint32_t);
 FIELD(XmChunk, start, 8);
 FIELD(XmChunk, end, 16);
 FIELD(XmChunk, bump, 24);
@@ -347,40 +350,40 @@ FIELD(XmChunk, next, 48);
 FIELD(XmChunk, index, 56);
 
 RECORD(XmPool, 184);
-FIELD(XmPool, eyeCatcher, 0);
-FIELD(XmPool, kind, 4);
-FIELD(XmPool, flags, 8);
-FIELD(XmPool, lockDepth, 12);
+VALUE(XmPool, eyeCatcher, 0, uint8_t[4]);
+VALUE(XmPool, kind, 4, int32_t);
+VALUE(XmPool, flags, 8, uint32_t);
+VALUE(XmPool, lockDepth, 12, int32_t);
 FIELD(XmPool, lock, 16);
-FIELD(XmPool, owner, 80);
-FIELD(XmPool, initialSize, 88);
-FIELD(XmPool, extensionSize, 92);
-FIELD(XmPool, cellSize, 96);
+VALUE(XmPool, owner, 80, uint64_t);
+VALUE(XmPool, initialSize, 88, uint32_t);
+VALUE(XmPool, extensionSize, 92, uint32_t);
+VALUE(XmPool, cellSize, 96, uint32_t);
 FIELD(XmPool, chunks, 104);
-FIELD(XmPool, creator, 112);
+VALUE(XmPool, creator, 112, uint64_t);
 FIELD(XmPool, next, 120);
 FIELD(XmPool, previous, 128);
 FIELD(XmPool, context, 136);
 FIELD(XmPool, index, 144);
-FIELD(XmPool, reserved, 152);
+VALUE(XmPool, reserved, 152, uint64_t[4]);
 
 RECORD(XmContext, 712);
-FIELD(XmContext, initialised, 0);
-FIELD(XmContext, pageSize, 4);
-FIELD(XmContext, granule, 8);
+VALUE(XmContext, initialised, 0, int32_t);
+VALUE(XmContext, pageSize, 4, int32_t);
+VALUE(XmContext, granule, 8, int32_t);
 FIELD(XmContext, pools, 16);
-FIELD(XmContext, limit, 24);
-FIELD(XmContext, limit2, 28);
-FIELD(XmContext, inUse, 32);
-FIELD(XmContext, highWater, 36);
+VALUE(XmContext, limit, 24, uint32_t);
+VALUE(XmContext, limit2, 28, uint32_t);
+VALUE(XmContext, inUse, 32, uint32_t);
+VALUE(XmContext, highWater, 36, uint32_t);
 FIELD(XmContext, poolHeaders, 40);
 FIELD(XmContext, chunkDescriptors, 224);
 FIELD(XmContext, supervisor, 408);
 FIELD(XmContext, defaultPool, 592);
 FIELD(XmContext, lock, 600);
 FIELD(XmContext, ranges, 664);
-FIELD(XmContext, highMemoryState, 672);
-FIELD(XmContext, reserved, 680);
+VALUE(XmContext, highMemoryState, 672, int32_t);
+VALUE(XmContext, reserved, 680, uint64_t[4]);
 
 RECORD(VeldThreadMemory, 8);
 FIELD(VeldThreadMemory, pool, 0);
@@ -388,21 +391,23 @@ FIELD(VeldThreadMemory, pool, 0);
 RECORD(VeldMemoryRecord, 64);
 FIELD(VeldMemoryRecord, context, 0);
 FIELD(VeldMemoryRecord, services, 8);
-FIELD(VeldMemoryRecord, reserved, 32);
+FIELD(VeldMemoryRecord, allowAllocation, 16);
+FIELD(VeldMemoryRecord, readOption, 24);
+VALUE(VeldMemoryRecord, reserved, 32, uint64_t[4]);
 
 RECORD(VeldThreadBlock, 64);
-FIELD(VeldThreadBlock, words, 0);
-FIELD(VeldThreadBlock, threadKey, 60);
+VALUE(VeldThreadBlock, words, 0, uint32_t[15]);
+VALUE(VeldThreadBlock, threadKey, 60, uint32_t);
 
 RECORD(VeldThreadRecord, 40);
 FIELD(VeldThreadRecord, context, 0);
-FIELD(VeldThreadRecord, reserved, 8);
+VALUE(VeldThreadRecord, reserved, 8, uint64_t[4]);
 
 RECORD(VeldFileRecord, 120);
 FIELD(VeldFileRecord, files, 0);
 FIELD(VeldFileRecord, catalogue, 8);
-FIELD(VeldFileRecord, programName, 16);
-FIELD(VeldFileRecord, reserved, 88);
+VALUE(VeldFileRecord, programName, 16, char[68]);
+VALUE(VeldFileRecord, reserved, 88, uint64_t[4]);
 
 RECORD(VeldInputVector, 40);
 FIELD(VeldInputVector, memory, 0);

@@ -1,5 +1,8 @@
 // The public headers and the layout of their records, from C++; and that no slot of a live object is empty.
 #define STATIC_CHECK(condition, text) static_assert(condition, text)
+#define IS_TYPE(type, field, expected) std::is_same_v<decltype(type::field), expected>
+#include <type_traits>
+
 #include "layout.h"
 
 #include <gtest/gtest.h>

@@ -55,6 +55,15 @@ TEST(EnvironmentLocale, NamesBecomeWindowsIdentifiers) {
       {"qq_QQ", 1033},
       {"ast_ES.UTF-8", 1033},
       {"x", 1033},
+      {"DE", 0x0407},
+      {"de-DE", 0x0407},
+      {"de-XX", 0x0407},
+      {"de_", 0x0407},
+      {"German_Germany", 1033},
+      {"d", 1033},
+      {"1e_DE", 1033},
+      {"d1_DE", 1033},
+      {"de DE", 1033},
       {"gv_GB.UTF-8", 0},
       {"en_HK.UTF-8", 9},
       {"\xC3\xA9\xC3\xA9_FR", 1033},
@@ -63,6 +72,14 @@ TEST(EnvironmentLocale, NamesBecomeWindowsIdentifiers) {
       {"a name that is longer than any locale has, and means nothing", 1033},
   };
   for (const auto& c : cases) EXPECT_EQ(localeOf(c.lang), c.lcid) << c.lang;
+}
+
+// Look-ups know locales by number too; text of the environment never gets there.
+TEST(EnvironmentLocale, NumericFormsMeanNothing) {
+  for (const char* lang : {"QUOID:3", "QUOID:3.UTF-8", "QUOID:", "QUOID", "QUO", "QU", "QU.UTF-8", "QU@euro", "QU_",
+                           "QU_PE", "WLCID:1031", "WLCID: 1031", "WLCID:7", "WLCID:", "WLCID", "WLC", "WL", "WL_DE"}) {
+    EXPECT_EQ(localeOf(lang), 1033u) << lang;
+  }
 }
 
 }  // namespace

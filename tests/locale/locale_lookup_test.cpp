@@ -5,8 +5,9 @@
 #include <optional>
 
 #include "locale/qznlsldb.h"
-#include "locale/tsv.h"
 #include "support/guard.h"
+#include "support/tsv.h"
+#include "support/wide.h"
 #include "veldnls/status.h"
 
 namespace {

@@ -4,7 +4,8 @@
 
 #include <map>
 
-#include "locale/tsv.h"
+#include "support/tsv.h"
+#include "support/wide.h"
 
 namespace {
 

@@ -87,6 +87,17 @@ class CheckTree(unittest.TestCase):
         self.clean({"data/x/README.md": "x\n", "data/x/a.tsv": "1\n", "data/x/y/b.tsv": "1\n"})
         self.breach({"data/x/a.tsv": "1\n"}, "data/x: no README.md")
 
+    def test_quirk_without_its_test(self):
+        tests = {
+            "tests/core/a_test.cpp": "TEST(Plain, One) {}\nTEST_F(Fixture, Two) {}\nTEST_P(\n    Values, Three) {}\n",
+            "tests/core/a.h": "TEST(Plain, InAHeader) {}\n",
+        }
+        quirks = "Tests as `Suite.Name`\n\n| holds | `Plain.One`, `Fixture.Two`, `Values.Three` |\n| more | %s |\n"
+        self.clean({**tests, "docs/quirks.md": quirks % "`a.txt` Other.Text"})
+        for missing in ("Plain.Two", "Fixture.One", "Plain.InAHeader"):
+            expected = f"docs/quirks.md:4: tests/ has no {missing}; name"
+            self.breach({**tests, "docs/quirks.md": quirks % f"`{missing}`, `Plain.One`"}, expected)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -13,9 +13,10 @@ constexpr size_t kLocalesWithSecondary = 24;
 
 const std::vector<size_t> kUnicodeAndAny = {204, 27, 26, 25, 24, 20};
 
-// Aliases, and rows that are vacant or stand for no form of their own: on no list.
+// On no list stand aliases, vacant rows, and rows in which no locale keeps its texts: the second row of utf-16 (19),
+// utf-e and ucsu (161, 162), a page without tables (170), and the name of all EBCDIC pages (203).
 bool isListable(size_t cei) {
-  static const std::set<size_t> without = {19, 21, 22, 23, 77, 94, 107, 171};
+  static const std::set<size_t> without = {19, 21, 22, 23, 77, 94, 107, 161, 162, 170, 171, 203};
   return cei > 18 && cei < kEncodings && !without.contains(cei);
 }
 

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -99,7 +100,8 @@ TEST_F(Construction, WithoutTheSingleByteModuleTheFallbacksHold) {
   EXPECT_NE(ending.output.find("VELD- qzlStatusToJnl: Bad OS CEI\n"), std::string::npos) << ending.output;
 }
 
-// The n-th request for memory fails, for every n: an object, no object with the failure reported, or the told end.
+// The n-th request for memory fails, for every n: an object, no object with the failure reported, or the end by a store
+// to address 0.
 TEST_F(Construction, EveryFailureOfMemoryEndsAsItShould) {
   static int allowed = 0;
   records_.memory.allowAllocation = [](uint32_t) -> NlsBool8 { return allowed-- > 0; };
@@ -142,25 +144,57 @@ TEST_F(Construction, TheExportReportsAFailure) {
   EXPECT_TRUE(ending.output.ends_with("VELD- NLSASSERT failed: hs/src/hsnlsmain line=103\n")) << ending.output;
 }
 
-TEST_F(Construction, ReleaseDestroysTheListsOfAHost) {
-  struct CountedHandle {
-    NLS_HANDLE_FIELDS
-  };
-  static int destroyed = 0;
-  static CountedHandle handle{};
+// What teardown destroys, in its order, and whether the object told by then that it is shutting down.
+struct Teardown {
+  const QZNLS* nls;
+  std::vector<std::string> order;
+  bool announced;
+};
+Teardown teardown;
+
+NlsStatus recordEnd(void* handle) {
+  teardown.order.push_back(static_cast<const NlsHandle*>(handle)->name);
+  teardown.announced = teardown.announced && teardown.nls->shuttingDown == 1;
+  return 0;
+}
+
+// Puts a record that only tells of its end in the place of a module, which ends now.
+template <class Module>
+void replaceModule(Module*& field, Module& fake, const char* name) {
+  if (field != nullptr) field->destroy(field);
+  fake.name = name;
+  fake.destroy = recordEnd;
+  field = &fake;
+}
+
+TEST_F(Construction, ReleaseEndsListsThenModulesThenThePool) {
+  static std::vector<std::unique_ptr<NlsHandle>> lists;
   static NlsHostServices services{};
-  destroyed = 0;
-  handle.destroy = [](void*) -> NlsStatus {
-    ++destroyed;
-    return 0;
-  };
+  lists.clear();
   services.size = sizeof services;
-  services.listCreate = [](void*, const int32_t*, void*, const char*) -> void* { return &handle; };
+  services.listCreate = [](void*, const int32_t*, void*, const char* name) -> void* {
+    lists.push_back(std::make_unique<NlsHandle>(NlsHandle{{}, name, recordEnd}));
+    return lists.back().get();
+  };
   records_.memory.services = &services;
+  XmPool* const pools = records_.memory.context->pools;
   QZNLS* nls = createNls(nullptr, nullptr);
   ASSERT_NE(nls, nullptr);
+  MultiByteModule multiByte{};
+  SingleByteModule singleByte{};
+  LocaleDatabase database{};
+  replaceModule(nls->multiByteModule, multiByte, "multi-byte");
+  replaceModule(nls->singleByteModule, singleByte, "single-byte");
+  replaceModule(nls->localeDatabase, database, "database");
+  EXPECT_EQ(nls->shuttingDown, 0);
+
+  teardown = {nls, {}, true};
   EXPECT_EQ(nls->destroy(nls), 0u);
-  EXPECT_EQ(destroyed, 3);
+  const std::vector<std::string> expected = {"SM instances", "Pipeline instances", "Locale instances",
+                                             "multi-byte",   "single-byte",        "database"};
+  EXPECT_EQ(teardown.order, expected);
+  EXPECT_TRUE(teardown.announced);
+  EXPECT_EQ(records_.memory.context->pools, pools);
 }
 
 TEST_F(Construction, PreBuiltPipelinesOwnNothing) {

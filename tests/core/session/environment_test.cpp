@@ -3,7 +3,8 @@
 #include "core/registry.h"
 #include "core/session.h"
 #include "locale/environment_variables.h"
-#include "locale/tsv.h"
+#include "support/tsv.h"
+#include "support/wide.h"
 
 namespace {
 

@@ -4,7 +4,8 @@
 #include <set>
 
 #include "core/session.h"
-#include "locale/tsv.h"
+#include "support/tsv.h"
+#include "veldnls/cei.h"
 #include "veldnls/status.h"
 
 namespace {
@@ -33,6 +34,11 @@ Row localesOf(CEI cei) {
   EXPECT_EQ(veldnls::getEncodingLocales(cei, &row), 0u);
   EXPECT_EQ(row->index, cei);
   return {list(row->primary, row->primaryCount), list(row->secondary, row->secondaryCount)};
+}
+
+bool servesNoLocale(CEI cei) {
+  const Row row = localesOf(cei);
+  return row.primary.empty() && row.secondary.empty();
 }
 
 bool has(const List& values, int value) { return std::find(values.begin(), values.end(), value) != values.end(); }
@@ -95,13 +101,15 @@ TEST(LocaleEncodings, TellingRows) {
 }
 
 TEST(LocaleEncodings, AliasesAndVacantRowsServeNoLocale) {
-  for (CEI cei = 0; cei <= 19; ++cei) {
-    const Row row = localesOf(cei);
-    EXPECT_TRUE(row.primary.empty() && row.secondary.empty()) << cei;
-  }
-  for (const CEI cei : {21, 22, 23, 77, 94, 107, 171}) {
-    const Row row = localesOf(cei);
-    EXPECT_TRUE(row.primary.empty() && row.secondary.empty()) << cei;
+  for (CEI cei = 0; cei <= 18; ++cei) EXPECT_TRUE(servesNoLocale(cei)) << cei;
+  for (const CEI cei : {21, 22, 23, 77, 94, 107, 171}) EXPECT_TRUE(servesNoLocale(cei)) << cei;
+}
+
+// Rows in which no locale keeps its texts: utf-16 as a row beside utf-16le, utf-e, ucsu, a page without tables, and the
+// name of all EBCDIC pages.
+TEST(LocaleEncodings, SpecialRowsServeNoLocale) {
+  for (const CEI cei : {U_UNICODE_CE, U_UTFE_CE, U_UCSU_CE, U_QUO1047_CE, U_EBCDICANY_CE}) {
+    EXPECT_TRUE(servesNoLocale(cei)) << cei;
   }
 }
 

@@ -7,9 +7,9 @@
 #include <limits>
 
 #include "core/qznlsstub.h"
-#include "locale/tsv.h"
 #include "support/death.h"
 #include "support/host.h"
+#include "support/wide.h"
 #include "veldnls/status.h"
 
 namespace {
