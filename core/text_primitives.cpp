@@ -1,8 +1,9 @@
 #include "core/text_primitives.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
+
+#include "core/wide_text.h"
 
 namespace veldnls {
 namespace {
@@ -61,9 +62,6 @@ void nlsFillWide(char16_t* data, char16_t value, int64_t count) {
   for (int64_t i = 0; i < count; ++i) data[i] = value;
 }
 
-int32_t nlsTrimTrailingBlanks(const char16_t* data, int32_t count) {
-  while (count > 0 && data[count - 1] == u' ') --count;
-  return std::max(count, 0);
-}
+int32_t nlsTrimTrailingBlanks(const char16_t* data, int32_t count) { return wideTrimRight(data, count, 0); }
 
 }  // namespace veldnls

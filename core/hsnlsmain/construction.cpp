@@ -107,7 +107,8 @@ void discoverLocale(QZNLS* nls) {
 
 void discoverHostCei(QZNLS* nls) {
   nls->hostCeiStatus = 0;
-  char16_t number[100];
+  // A pipeline that copies, for want of its module, fills fewer units than the length counts.
+  char16_t number[100] = {};
   int32_t length = 0;
   if (discoverHostCodePage(nls, number, &length) != 0) {
     nls->hostCei = fallbackCei;

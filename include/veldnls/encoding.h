@@ -216,8 +216,8 @@ typedef int32_t (*NlsConversionNeeded)(QZNLS* nls, CEI source, CEI target);
 typedef NlsBool8 (*NlsSharesInvariantCharacters)(QZNLS* nls, CEI a, CEI b);
 
 /* Tells whether the locale's language can be taken to be written in the encoding, by the first two letters of the name
- * in any case: for "en" every row with NLS_ENCODING_ASCII; for "ko", "ja", "zt" and "zh" the few of that language, where
- * "zh_HK", "zh_MO" and "zh_TW" are as "zt". False for every other language. Takes no object. Any thread.
+ * in any case: for "en" every row with NLS_ENCODING_ASCII; for "ko", "ja", "zt" and "zh" the few of that language,
+ * where "zh_HK", "zh_MO" and "zh_TW" are as "zt". False for every other language. Takes no object. Any thread.
  *   locale, localeLength  a locale name in 16-bit units, as "zh_TW"; null or below 2 units answers false */
 typedef NlsBool8 (*NlsLocaleAcceptsEncoding)(const char16_t* locale, int32_t localeLength, CEI cei);
 

@@ -46,7 +46,10 @@ typedef struct TranscodeProgress {
  *   outputLength          bytes written; may be null
  *   options               may be null
  * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted complete, with replacements (an
- * input that ends inside a character counts as such); nlsNoMemory nothing converted. */
+ * input that ends inside a character counts as such); nlsNoMemory nothing converted.
+ * The end of a UTF-16 or UTF-32 input that is no whole unit is no replacement in three cases: from UTF-16 to a
+ * single-byte encoding it is dropped without a status; a check or a change of byte order leaves it unread with
+ * nlsOutputTruncated; a pipeline that copies takes every byte. */
 typedef NlsStatus (*NlsTranscode)(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                                   uint32_t outputSize, uint32_t* outputLength, const TranscodeOptions* options);
 
@@ -135,9 +138,9 @@ struct TranscodingPipeline {
   TranscodeOptions options; /* the pipeline's defaults; only the first word is ever filled */
 };
 
-/* Makes a pipeline, or returns null: a CEI outside 0 to 229, no memory, or a route that is refused. The reason goes to
- * the journal if one is given. `options` and `journal` may be null. The caller ends it with its `destroy`,
- * which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a caller. */
+/* Makes a pipeline, or returns null: a CEI outside 0 to 229, given or answered by the host's option, no memory, or a
+ * route that is refused. The reason goes to the journal if one is given. `options` and `journal` may be null. The caller
+ * ends it with its `destroy`, which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a caller. */
 typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI target, const TranscodeOptions* options,
                                                   void* journal);
 

@@ -67,4 +67,15 @@ Ending runInChild(const std::function<void()>& body) {
   return ending;
 }
 
+Ending runProgram(const std::vector<std::string>& command) {
+  constexpr int notStarted = 127;
+  std::vector<char*> arguments;
+  for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  return runInChild([&] {
+    execv(arguments.front(), arguments.data());
+    _exit(notStarted);
+  });
+}
+
 }  // namespace test

@@ -1,8 +1,9 @@
-// Runs code in a child process and tells how it ended and what it printed.
+// Runs code or a program in a child process and tells how it ended and what it printed.
 #pragma once
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace test {
 
@@ -16,5 +17,8 @@ struct Ending {
 // Forks, runs `body` in the child with both streams caught, and waits. A child whose body returns exits with 0.
 // Under sanitizers the child still dies of its own signal.
 Ending runInChild(const std::function<void()>& body);
+
+// The same for a program: its path and its arguments. One that can't be started exits with 127.
+Ending runProgram(const std::vector<std::string>& command);
 
 }  // namespace test

@@ -5,7 +5,7 @@
 namespace test {
 
 Exceptions::Exceptions(const std::string& path) {
-  for (Fields line : readFields(path)) {
+  for (Fields line : readTsv(path)) {
     EXPECT_GE(line.size(), 2u) << path;
     line.pop_back();
     EXPECT_TRUE(used_.emplace(line, false).second) << path << ": a line stands twice: " << line.front();

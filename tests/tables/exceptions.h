@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "page_text.h"
+#include "support/tsv.h"
 
 namespace test {
 

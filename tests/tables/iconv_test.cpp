@@ -7,6 +7,7 @@
 #include "exceptions.h"
 #include "modules/qznlssb/tables.h"
 #include "page_text.h"
+#include "support/tsv.h"
 
 namespace {
 
@@ -125,7 +126,7 @@ TEST(SingleByteIconv, AgreesButForTheReviewedExceptions) {
 #endif
   const std::vector<RowText> rows = test::readRowTexts();
   Exceptions exceptions(test::tablesTestPath("iconv_exceptions.tsv"));
-  for (const Fields& line : test::readFields(test::tablesTestPath("iconv_pages.tsv"))) {
+  for (const Fields& line : test::readTsv(test::tablesTestPath("iconv_pages.tsv"))) {
     const Comparison comparison{line.at(0), line.at(1), line.at(2), std::stoi(line.at(3))};
     SCOPED_TRACE(comparison.page);
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const RowText& candidate) {

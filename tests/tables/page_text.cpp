@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
+
+#include "support/tsv.h"
 
 namespace test {
 
@@ -17,7 +17,7 @@ std::vector<Fields> linesWithBases(const std::string& page, int depth) {
     ADD_FAILURE() << page << " has no end of bases";
     return lines;
   }
-  for (const Fields& line : readFields(pageDataPath("pages/" + page + ".tsv"))) {
+  for (const Fields& line : readTsv(pageDataPath("pages/" + page + ".tsv"))) {
     if (line.at(0) == "base") {
       lines = linesWithBases(line.at(1), depth - 1);
     } else {
@@ -35,20 +35,6 @@ void exchangeLineEnds(PageText& text) {
 
 }  // namespace
 
-std::vector<Fields> readFields(const std::string& path) {
-  std::ifstream file(path);
-  EXPECT_TRUE(file.is_open()) << path;
-  std::vector<Fields> lines;
-  for (std::string text; std::getline(file, text);) {
-    if (text.empty() || text[0] == '#') continue;
-    Fields fields;
-    std::istringstream parts(text);
-    for (std::string part; std::getline(parts, part, '\t');) fields.push_back(part);
-    lines.push_back(fields);
-  }
-  return lines;
-}
-
 std::string pageDataPath(const std::string& name) { return VELDNLS_SOURCE_DIR "/data/modules/qznlssb/" + name; }
 std::string tablesTestPath(const std::string& name) { return VELDNLS_SOURCE_DIR "/tests/tables/" + name; }
 
@@ -62,7 +48,7 @@ std::string unitText(int32_t unit) {
 
 std::vector<RowText> readRowTexts() {
   std::vector<RowText> rows;
-  for (const Fields& line : readFields(pageDataPath("rows.tsv"))) {
+  for (const Fields& line : readTsv(pageDataPath("rows.tsv"))) {
     RowText row{std::stoi(line.at(0)), line.at(1), line.at(2), line.at(3), line.at(4), 0, 0};
     if (line.at(5) != "-") row.undefined = std::stoi(line.at(5));
     if (line.at(6) != "-") row.pages = std::stoi(line.at(6));

@@ -9,10 +9,6 @@
 
 namespace test {
 
-// Fields of the lines of a text file, split at tabs; comments and empty lines are left out.
-using Fields = std::vector<std::string>;
-std::vector<Fields> readFields(const std::string& path);
-
 // Stands for "no meaning" of a byte and "no byte" of a unit.
 constexpr int32_t nothing = -1;
 

@@ -4,6 +4,7 @@
 
 #include "modules/qznlssb/tables.h"
 #include "page_text.h"
+#include "support/tsv.h"
 
 namespace {
 
@@ -11,7 +12,7 @@ using veldnls::ebcdicToI8;
 using veldnls::i8ToEbcdic;
 
 TEST(UtfEbcdicPermutation, IsThatOfItsText) {
-  const std::vector<test::Fields> lines = test::readFields(VELDNLS_SOURCE_DIR "/data/utf_ebcdic/permutation.tsv");
+  const std::vector<test::Fields> lines = test::readTsv("utf_ebcdic/permutation.tsv");
   ASSERT_EQ(lines.size(), 256u);
   for (const test::Fields& line : lines) {
     EXPECT_EQ(i8ToEbcdic[test::parseUnit(line.at(0))], test::parseUnit(line.at(1)));

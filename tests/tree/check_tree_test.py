@@ -45,7 +45,7 @@ class CheckTree(unittest.TestCase):
                 "transcode/a.cpp": '#include "core/kernels/kernels.h"\n',
                 "hs/src/platform/p.cpp": "#include <pthread.h>\n",
                 "apps/veld/main.cpp": '#include <CLI/CLI.hpp>\n#include "veldnls/host.h"\n',
-                "core/kernels/avx2/k.cpp": "#include <cstdint>\n__m256i x;\n",
+                "core/kernels/avx2/k.cpp": "#include <cstdint>\n#include <immintrin.h>\n__m256i x;\n",
             }
         )
 

@@ -1,7 +1,7 @@
 file(MAKE_DIRECTORY ${VELDNLS_GENERATED_DIR}/encodings)
 target_sources(gen_encodings PRIVATE
-  encodings_emit.cpp encodings_keys.cpp encodings_profiles.cpp encodings_relations.cpp encodings_rows.cpp
-  encodings_trie.cpp)
+  encodings_emit.cpp encodings_fixed.cpp encodings_keys.cpp encodings_profiles.cpp encodings_relations.cpp
+  encodings_rows.cpp encodings_trie.cpp)
 
 veldnls_generate(
   NAME encodings

@@ -15,6 +15,7 @@ int main(int count, char** values) {
   gen::checkAliases(model);
   gen::loadRelations(model);
   gen::loadKeys(model);
+  gen::checkFixedFacts(model);
 
   const gen::Trie trie = gen::buildTrie(model.keys);
   gen::checkTrie(trie, model.keys, {folder + "keys-extra.tsv", 0});

@@ -129,6 +129,7 @@ struct Encodings {
   std::vector<Row> rows;
   std::vector<DbcsType> types;
   std::vector<DbcsLanguage> languages;
+  std::map<int, int> aliasModels;           // the row that an alias is like
   std::vector<std::pair<int, int>> groups;  // CEI, group
   std::vector<std::pair<int, int>> mibs;    // MIBenum, CEI
   std::vector<Family> families;
@@ -142,19 +143,14 @@ void loadProfiles(Encodings& model);
 void checkAliases(const Encodings& model);
 void loadRelations(Encodings& model);
 void loadKeys(Encodings& model);
+void checkFixedFacts(const Encodings& model);
 
 // Writes cei.h and the bodies of the constant tables.
 void emitEncodings(const Encodings& model, const Trie& trie, const std::string& folder);
 
 // A CEI that stands in a field.
 int parseCei(const Line& line, std::string_view text);
-// ASCII letters to upper case; all texts are ASCII.
-std::string upperCase(std::string_view text);
 // Fails unless `text` is printable ASCII that neither begins nor ends with a blank.
 void requirePlainText(const Place& place, const std::string& text);
-// Fails unless the file has this many lines of facts.
-void requireCount(const std::string& path, size_t count, size_t expected, const std::string& what);
-// Fails unless the line has this many fields.
-void requireFields(const Line& line, size_t expected);
 
 }  // namespace gen

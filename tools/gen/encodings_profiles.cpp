@@ -1,4 +1,4 @@
-#include <set>
+#include <algorithm>
 
 #include "encodings_model.h"
 
@@ -12,6 +12,7 @@ constexpr int structureShifted = 1;
 constexpr int structureEuc = 2;
 constexpr int maximumDoubleByteSet = 20;
 constexpr int maximumSingleByteSet = 6;
+constexpr int aliasWithoutFlags = 17;
 const std::vector<uint32_t> markShiftOut = {0xFD};
 const std::vector<uint32_t> markShiftIn = {0xFE};
 
@@ -79,21 +80,27 @@ void checkProfile(const Row& row) {
   require(profile.shiftOut.empty() != shifted, row.place, "shift sequences belong to class 4 and to no other");
 }
 
-// The room of one double-byte character between its shifts, but for the rows listed as narrow.
-void checkShiftedUnitSizes(const Encodings& model) {
+std::map<int, int> readNarrowRows(const Encodings& model) {
   std::map<int, int> narrow;
   for (const Line& line : readLines(model.folder + "narrow-rows.tsv")) {
     requireFields(line, 2);
-    narrow[parseCei(line, line.field(0))] = static_cast<int>(parseDecimal(line, line.field(1), 1, 8));
+    const int cei = parseCei(line, line.field(0));
+    require(cei >= aliasEnd && model.rows[static_cast<size_t>(cei)].encodingClass == classShifted, line.place,
+            "only rows of class 4 that are no aliases are narrow; remove the line");
+    const auto size = static_cast<int>(parseDecimal(line, line.field(1), 1, 8));
+    require(narrow.emplace(cei, size).second, line.place, "row " + line.field(0) + " stands twice; remove one");
   }
+  return narrow;
+}
+
+// The room of one double-byte character between its shifts, but for the rows listed as narrow.
+void checkShiftedUnitSizes(const Encodings& model) {
+  const std::map<int, int> narrow = readNarrowRows(model);
   for (int cei = aliasEnd; cei < rowCount; ++cei) {
     const Row& row = model.rows[static_cast<size_t>(cei)];
+    if (row.encodingClass != classShifted) continue;
     const int room = static_cast<int>(2 + 2 * row.profile.shiftOut.size());
     const auto exception = narrow.find(cei);
-    if (row.encodingClass != classShifted) {
-      require(exception == narrow.end(), row.place, "narrow-rows.tsv lists rows of class 4 only");
-      continue;
-    }
     const int size = exception == narrow.end() ? room : exception->second;
     require(row.unitSize == size, row.place, "unitSize of this row is " + std::to_string(size));
     require(exception == narrow.end() || size < room, row.place,
@@ -101,23 +108,21 @@ void checkShiftedUnitSizes(const Encodings& model) {
   }
 }
 
-// The row that an alias is like: listed, or the first cell of its type.
-std::map<int, int> aliasModels(const Encodings& model) {
-  std::map<int, int> models;
+// An alias is like the row that is listed for it, or like the first cell of its type.
+void loadAliasModels(Encodings& model) {
   for (int alias = 1; alias < aliasEnd; ++alias) {
     if (!isAlias(alias) || alias == utf16Cei) continue;
-    for (const int cell : model.types[static_cast<size_t>(alias)].cells) {
-      if (cell != 0 && !models.contains(alias)) models[alias] = cell;
-    }
+    const auto& cells = model.types[static_cast<size_t>(alias)].cells;
+    const auto cell = std::find_if(cells.begin(), cells.end(), [](int cei) { return cei != 0; });
+    if (cell != cells.end()) model.aliasModels[alias] = *cell;
   }
   for (const Line& line : readLines(model.folder + "alias-models.tsv")) {
     requireFields(line, 2);
     const int alias = parseCei(line, line.field(0));
     require(isAlias(alias) && alias != utf16Cei, line.place, "not the CEI of a double-byte type");
-    require(models.emplace(alias, parseCei(line, line.field(1))).second, line.place,
+    require(model.aliasModels.emplace(alias, parseCei(line, line.field(1))).second, line.place,
             "the alias has a model, the first cell of its type; remove the line");
   }
-  return models;
 }
 
 }  // namespace
@@ -133,7 +138,8 @@ void loadProfiles(Encodings& model) {
       row.profile = profile;
     }
   }
-  for (const auto& [alias, like] : aliasModels(model)) {
+  loadAliasModels(model);
+  for (const auto& [alias, like] : model.aliasModels) {
     model.rows[static_cast<size_t>(alias)].profile = model.rows[static_cast<size_t>(like)].profile;
   }
   for (const Row& row : model.rows) checkProfile(row);
@@ -141,11 +147,13 @@ void loadProfiles(Encodings& model) {
 }
 
 void checkAliases(const Encodings& model) {
-  for (const auto& [alias, like] : aliasModels(model)) {
+  for (const auto& [alias, like] : model.aliasModels) {
     const Row& row = model.rows[static_cast<size_t>(alias)];
     const Row& other = model.rows[static_cast<size_t>(like)];
     require(row.encodingClass == other.encodingClass && row.unitSize == other.unitSize && row.baseCei == other.baseCei,
             row.place, "an alias has the class, unitSize and baseCei of row " + std::to_string(like));
+    require(row.flags == (alias == aliasWithoutFlags ? 0 : other.flags), row.place,
+            "an alias has the flags of row " + std::to_string(like) + ", but row 17 has none");
     for (const size_t column :
          {primaryName, description, identifier, longDescription, ianaName, javaName, ccsid, codePage, preferredName}) {
       require(row.texts[column].empty(), row.place, "an alias has no text but its blank shortName");

@@ -142,13 +142,17 @@ void checkNames(const Encodings& model) {
 
 void loadLengthExceptions(Encodings& model) {
   const std::string path = model.folder + "length-exceptions.tsv";
+  std::set<std::pair<int, size_t>> seen;
   for (const Line& line : readLines(path)) {
     requireFields(line, 3);
-    Row& row = model.rows[static_cast<size_t>(parseCei(line, line.field(0)))];
+    const int cei = parseCei(line, line.field(0));
+    Row& row = model.rows[static_cast<size_t>(cei)];
     const auto column = std::find_if(textColumns.begin(), textColumns.end(),
                                      [&](const TextColumn& c) { return line.field(1) == c.name; });
     require(column != textColumns.end(), line.place, "no such column: " + line.field(1));
     const auto index = static_cast<size_t>(column - textColumns.begin());
+    require(seen.emplace(cei, index).second, line.place,
+            "the length of " + line.field(1) + " in row " + line.field(0) + " stands twice; remove one");
     const auto length =
         static_cast<size_t>(parseDecimal(line, line.field(2), 0, static_cast<int64_t>(column->capacity) - 1));
     require(length != row.texts[index].size(), line.place, "this length agrees with the text; remove the line");
@@ -188,28 +192,10 @@ int parseCei(const Line& line, std::string_view text) {
   return static_cast<int>(parseDecimal(line, text, 0, rowCount - 1));
 }
 
-std::string upperCase(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return upper;
-}
-
 void requirePlainText(const Place& place, const std::string& text) {
   const bool plain = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
   require(plain && !text.empty() && text.front() != ' ' && text.back() != ' ', place,
           "\"" + text + "\" must be printable ASCII without blanks around it");
-}
-
-void requireCount(const std::string& path, size_t count, size_t expected, const std::string& what) {
-  require(count == expected, {path, 0},
-          "has " + std::to_string(count) + " " + what + "; it must have " + std::to_string(expected));
-}
-
-void requireFields(const Line& line, size_t expected) {
-  require(line.fields.size() == expected, line.place,
-          "has " + std::to_string(line.fields.size()) + " fields; it must have " + std::to_string(expected) +
-              ", separated by tabs");
 }
 
 }  // namespace gen

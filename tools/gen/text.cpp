@@ -1,5 +1,6 @@
 #include "text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -82,6 +83,24 @@ int64_t parseDecimal(const Line& line, std::string_view text, int64_t minimum, i
   require(value >= minimum && value <= maximum, line.place,
           "number outside " + std::to_string(minimum) + " to " + std::to_string(maximum) + ": " + copy);
   return value;
+}
+
+void requireFields(const Line& line, size_t expected) {
+  require(line.fields.size() == expected, line.place,
+          "has " + std::to_string(line.fields.size()) + " fields; it must have " + std::to_string(expected) +
+              ", separated by tabs");
+}
+
+void requireCount(const std::string& path, size_t count, size_t expected, const std::string& what) {
+  require(count == expected, {path, 0},
+          "has " + std::to_string(count) + " " + what + "; it must have " + std::to_string(expected));
+}
+
+std::string upperCase(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return upper;
 }
 
 std::u16string toUtf16(const Place& place, std::string_view utf8) {

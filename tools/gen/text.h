@@ -37,6 +37,15 @@ std::vector<Line> readLines(const std::string& path);
 uint32_t parseHex(const Line& line, std::string_view text, uint32_t maximum);  // with or without "0x" or "U+"
 int64_t parseDecimal(const Line& line, std::string_view text, int64_t minimum, int64_t maximum);
 
+// Fails unless the line has this many fields.
+void requireFields(const Line& line, size_t expected);
+
+// Fails unless a file holds this many of what it lists: "has 229 rows; it must have 230".
+void requireCount(const std::string& path, size_t count, size_t expected, const std::string& what);
+
+// ASCII letters to upper case.
+std::string upperCase(std::string_view text);
+
 // UTF-8 to UTF-16; fails at `place` on malformed text.
 std::u16string toUtf16(const Place& place, std::string_view utf8);
 

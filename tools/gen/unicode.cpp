@@ -15,6 +15,8 @@ using gen::Line;
 using gen::Output;
 using gen::Place;
 using gen::require;
+using gen::requireCount;
+using gen::requireFields;
 
 constexpr uint32_t lastCodePoint = 0x10FFFF;
 constexpr uint32_t lastUnit = 0xFFFF;
@@ -32,15 +34,6 @@ Range parseRange(const Line& line, const std::string& text) {
   const uint32_t last = gen::parseHex(line, text.substr(dots + 2), lastCodePoint);
   require(first < last, line.place, "a range must rise; write a single code without \"..\"");
   return {first, last};
-}
-
-void requireFields(const Line& line, size_t count) {
-  require(line.fields.size() == count, line.place, "expected " + std::to_string(count) + " fields");
-}
-
-void requireCount(const std::string& file, const std::string& what, size_t found, size_t expected) {
-  require(found == expected, {file, 0},
-          what + ": " + std::to_string(found) + ", not " + std::to_string(expected) + "; restore the missing lines");
 }
 
 // ---- Character records ----
@@ -62,12 +55,6 @@ void requireName(const Line& line, const Names& names, const std::string& name) 
   require(std::find(names.begin(), names.end(), name) != names.end(), line.place, "unknown name: " + name);
 }
 
-std::string upperCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return text;
-}
-
 std::string optionalCode(const Line& line, size_t field) {
   const std::string& text = line.field(field);
   return text == "-" ? "0" : gen::hex(gen::parseHex(line, text, lastCodePoint), 1);
@@ -83,7 +70,7 @@ RecordLine parseRecord(const Line& line) {
   const Range range = parseRange(line, line.field(0));
   requireName(line, categories, line.field(1));
   requireName(line, bidiClasses, line.field(2));
-  std::string rest = "NLS_CATEGORY_" + upperCase(line.field(1)) + ",NLS_BIDI_" + line.field(2) + "," +
+  std::string rest = "NLS_CATEGORY_" + gen::upperCase(line.field(1)) + ",NLS_BIDI_" + line.field(2) + "," +
                      std::to_string(gen::parseDecimal(line, line.field(3), 0, 254));
   bool maps = false;
   for (size_t field = 4; field < 8; ++field) {
@@ -106,14 +93,15 @@ void makeCharacterRecords(const gen::Arguments& arguments) {
       rows.push_back("{" + gen::hex(code, 4) + "," + rest + "}");
     }
   }
-  requireCount(file, "records", codes.size(), recordCount);
+  requireCount(file, codes.size(), recordCount, "records");
   require(codes.back() == lastRecord, {file, 0}, "the last record must be " + gen::hex(lastRecord, 4));
-  requireCount(file, "last record of the run from U+0000", codes[contiguousRecords - 1], contiguousRecords - 1);
+  require(codes[contiguousRecords - 1] == contiguousRecords - 1, {file, 0},
+          "the first " + std::to_string(contiguousRecords) + " records run from U+0000 on without a gap");
   const auto above = std::count_if(codes.begin(), codes.end(), [](uint32_t code) { return code > lastUnit; });
-  requireCount(file, "records above U+FFFF", static_cast<size_t>(above), recordsAboveBmp);
+  requireCount(file, static_cast<size_t>(above), recordsAboveBmp, "records above U+FFFF");
   size_t runs = 1;
   for (size_t i = 1; i < codes.size(); ++i) runs += codes[i] != codes[i - 1] + 1;
-  requireCount(file, "runs of records", runs, recordRuns);
+  requireCount(file, runs, recordRuns, "runs of records");
 
   Output out(arguments.out + "/unicode/character_records.inc");
   out.list(rows.size(), [&](size_t i) { return rows[i]; });
@@ -150,7 +138,7 @@ std::vector<int> indexBlocks(const std::string& file, const CaseMapping& lower, 
   for (int& offset : offsets) {
     if (offset == 0) offset = static_cast<int>(blockSize * used++);
   }
-  requireCount(file, "blocks with cased letters", used, casedBlocks);
+  requireCount(file, used, casedBlocks, "blocks with cased letters");
   return offsets;
 }
 
@@ -176,10 +164,10 @@ void writeMapping(Output& out, const std::string& name, const CaseMapping& mappi
 
 void checkMapping(const std::string& file, const std::string& name, const CaseMapping& mapping, size_t pairs,
                   size_t exceptions) {
-  requireCount(file, "mappings to " + name, mapping.pairs.size(), pairs);
+  requireCount(file, mapping.pairs.size(), pairs, "mappings to " + name);
   const auto found = std::count_if(mapping.pairs.begin(), mapping.pairs.end(),
                                    [](const auto& pair) { return isException(pair.first, pair.second); });
-  requireCount(file, "mappings to " + name + " over a distance above 127", static_cast<size_t>(found), exceptions);
+  requireCount(file, static_cast<size_t>(found), exceptions, "mappings to " + name + " over a distance above 127");
 }
 
 void makeCaseTables(const gen::Arguments& arguments) {
@@ -237,7 +225,7 @@ void makeClassTables(const gen::Arguments& arguments) {
   Output out(arguments.out + "/unicode/class_tables.inc");
   for (const ClassFigure& figure : classFigures) {
     const std::vector<Range>& rows = classes[figure.name];
-    requireCount(file, "rows of class " + std::string(figure.name), rows.size(), figure.rows);
+    requireCount(file, rows.size(), figure.rows, "rows of class " + std::string(figure.name));
     out << "." << figure.name << " = {{\n";
     out.list(rows.size(),
              [&](size_t i) { return "{" + gen::hex(rows[i].first, 4) + "," + gen::hex(rows[i].last, 4) + "}"; });

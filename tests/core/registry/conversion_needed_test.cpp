@@ -1,8 +1,6 @@
 // conversionNeeded for all pairs, against its rules restated from the text files step by step.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "core/encoding_family.h"
 #include "core/registry.h"
 #include "encoding_data.h"
@@ -15,9 +13,8 @@ namespace {
 
 std::map<int, int> familyHeads() {
   std::map<int, int> heads;
-  for (const auto& fields : test::readEncodingFile("families.tsv")) {
-    std::istringstream members(fields.at(1));
-    for (int member = 0; members >> member;) heads[member] = std::stoi(fields.at(0));
+  for (const auto& fields : test::readTsv("encodings/families.tsv")) {
+    for (const int member : test::numbers(fields.at(1))) heads[member] = std::stoi(fields.at(0));
   }
   return heads;
 }

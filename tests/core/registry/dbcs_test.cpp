@@ -5,6 +5,7 @@
 #include "core/registry.h"
 #include "encoding_data.h"
 #include "session_host.h"
+#include "support/wide.h"
 #include "veldnls/cei.h"
 
 namespace veldnls {
@@ -32,7 +33,7 @@ Name describe(QZNLS* nls, CEI cei) {
 Name describe(CEI cei) { return describe(nullptr, cei); }
 
 TEST(DbcsTables, AreThoseOfTheText) {
-  const auto types = test::readEncodingFile("dbcs-types.tsv");
+  const auto types = test::readTsv("encodings/dbcs-types.tsv");
   ASSERT_EQ(types.size(), 24u);
   for (size_t type = 0; type < types.size(); ++type) {
     const DbcsTypeRow& row = dbcsTypes[type];
@@ -41,7 +42,7 @@ TEST(DbcsTables, AreThoseOfTheText) {
     EXPECT_EQ(row.flags, std::stoul(types[type].at(2), nullptr, 0));
     for (size_t column = 0; column < 6; ++column) EXPECT_EQ(row.cells[column], std::stoi(types[type].at(3 + column)));
   }
-  const auto languages = test::readEncodingFile("dbcs-languages.tsv");
+  const auto languages = test::readTsv("encodings/dbcs-languages.tsv");
   ASSERT_EQ(languages.size(), 9u);
   for (size_t i = 0; i < languages.size(); ++i) {
     const DbcsLanguageRow& row = dbcsLanguages[i];

@@ -7,12 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "support/tsv.h"
+
 namespace test {
-
-using Fields = std::vector<std::string>;
-
-// Lines of a file of data/encodings, split at tabs, without comments.
-std::vector<Fields> readEncodingFile(const std::string& name);
 
 struct EncodingFacts {
   // By column name, as written.
@@ -29,7 +26,6 @@ struct EncodingFacts {
 const EncodingFacts& encodingFacts();
 
 std::string upperAscii(std::string text);
-std::u16string widen(const std::string& text);
 
 // The text columns and their kinds of lookupEncoding; 5 is a kind without a look-up.
 const std::vector<std::pair<std::string, int>>& nameColumns();

@@ -6,6 +6,7 @@
 #include "core/registry.h"
 #include "encoding_data.h"
 #include "session_host.h"
+#include "support/wide.h"
 #include "veldnls/cei.h"
 #include "veldnls/status.h"
 
@@ -88,7 +89,7 @@ TEST(EncodingTable, NumbersAreThoseOfTheText) {
 
 TEST(EncodingTable, TextsAreThoseOfTheTextAndZeroPadded) {
   std::map<std::pair<int, std::string>, int32_t> lengths;
-  for (const auto& fields : test::readEncodingFile("length-exceptions.tsv")) {
+  for (const auto& fields : test::readTsv("encodings/length-exceptions.tsv")) {
     lengths[{std::stoi(fields.at(0)), fields.at(1)}] = std::stoi(fields.at(2));
   }
   for (const EncodingDescriptor& row : encodingTable) {
@@ -117,11 +118,11 @@ TEST(EncodingTable, ProfilesAreThoseOfTheText) {
 
 TEST(EncodingTable, AliasesTakeTheProfileOfTheFirstCellOrOfTheirModel) {
   std::map<int, int> models;
-  for (const auto& fields : test::readEncodingFile("alias-models.tsv")) {
+  for (const auto& fields : test::readTsv("encodings/alias-models.tsv")) {
     models[std::stoi(fields.at(0))] = std::stoi(fields.at(1));
   }
   EXPECT_EQ(models.size(), 7u);
-  for (const auto& fields : test::readEncodingFile("dbcs-types.tsv")) {
+  for (const auto& fields : test::readTsv("encodings/dbcs-types.tsv")) {
     const int type = std::stoi(fields.at(0));
     if (type == 0 || type == U_UNICODE_CE || type == U_UTF8_CE) continue;
     for (size_t column = 3; column < fields.size(); ++column) {
@@ -137,26 +138,53 @@ TEST(EncodingTable, AliasesTakeTheProfileOfTheFirstCellOrOfTheirModel) {
   EXPECT_EQ(profileFields(encodingTable[U_UTF8_CE].profile), noProfile);
 }
 
+// All of a row but its profile: CEI, class, flags, padChar, substitution (hexadecimal, as the flags) and unitSize; the
+// texts as far as their lengths go; base and MIBenum.
+std::string rowText(const EncodingDescriptor& row) {
+  char numbers[64];
+  std::snprintf(numbers, sizeof numbers, "%d %d %X %X %X %d|", row.cei, row.encodingClass, row.flags, row.padChar,
+                row.substitution, row.unitSize);
+  std::string text = numbers;
+  for (const TextField& field : textFields(row)) text += test::narrow(field.text, field.length) + "|";
+  return text + std::to_string(row.baseCei) + " " + std::to_string(row.mibEnum);
+}
+
+const char* const fullRows[] = {
+    "0 0 0 20 1A 1|    |||||"
+    "|||||62 0",
+    "19 2 0 20 FFFD 2|utf2|utf-16|Unicode (UTF-16)|U_UNICODE_CE|Unicode (UTF-16)|"
+    "utf-16|UTF-16|1200|1200|UTF-16|25 1015",
+    "20 1 1 20 EFBFBD 4|utf8|utf-8|Unicode (UTF-8)|U_UTF8_CE|Unicode (UTF-8)|"
+    "utf-8|UTF8|1208|65001|UTF-8|20 106",
+    "25 2 0 20 FFFD 2|u16l|utf-16le|Unicode (UTF-16LE)|U_L_UNICODE_CE|Unicode (UTF-16LE)|"
+    "UTF-16LE|UnicodeLittleUnmarked|1200|1200|UTF-16LE|25 1014",
+    "27 3 0 20 FFFD 4|u32l|utf-32le|Unicode (UTF-32LE)|U_L_UCS4_CE|Unicode (UTF-32LE)|"
+    "UTF-32LE|||12000||27 1019",
+    "28 0 1 20 1A 1|ansi|us-ascii|ASCII (ANSI)|U_ASCII_CE|7-bit ASCII|"
+    "us-ascii|ASCII|367|20127|US-ASCII|28 3",
+    "62 0 1 20 1A 1|wlt1|wlatin1|Western (Windows)|U_WLATIN1_CE|Win cp1252-latin1|"
+    "windows-1252|Cp1252|1252|1252|windows-1252|62 2252",
+    "110 0 8 40 3F 1|eol1|open_ed-1047|Western (OpenEdition)|U_OPEN_ED1047_CE|OE EBCDIC 1047-lt1|"
+    "|Cp1047|1047|1047|IBM1047|62 2102",
+    "129 4 8 40 3F 4|jibm|ibm-939|Japanese (IBM)|U_IBM939_CE|Japanese - IBM-939|"
+    "|Cp939|939||x-IBM939|138 0",
+    "136 5 1 20 1A 2|j932|ms-932|Japanese (PCMS)|U_MS932_CE|Shift JIS - MS-932|"
+    "shift_jis|MS932|942|932|windows-31j|138 17",
+    "161 1 0 40 3F 3|utfe|utf-e|Unicode (UTF-EBCDIC)|U_UTFE_CE|Unicode (UTF-EBCDIC)|"
+    "|||||20 0",
+    "203 0 8 40 3F 1|eany|ebcdic-any|Any EBCDIC encoding|U_EBCDICANY_CE|Any EBCDIC encoding|"
+    "|||||28 0",
+    "204 0 9 0 0 1|anye|any|Any encoding|U_ANY_CE|Any encoding|"
+    "|||||62 0",
+    "205 5 1 20 1A 4|gbke|gb18030|Simplified Chinese (GB18030)|U_GB18030_CE|Simplified Chinese - GB18030|"
+    "gb18030|GB18030|1392|54936|GB18030|125 114",
+};
+
 TEST(EncodingTable, SomeRowsInFull) {
-  const EncodingDescriptor& western = encodingTable[U_WLATIN1_CE];
-  EXPECT_EQ(U_WLATIN1_CE, 62);
-  EXPECT_EQ(western.encodingClass, NLS_CLASS_SINGLE_BYTE);
-  EXPECT_EQ(western.flags, NLS_ENCODING_ASCII);
-  EXPECT_EQ(western.padChar, 0x20u);
-  EXPECT_EQ(western.substitution, 0x1Au);
-  EXPECT_EQ(std::u16string(western.shortName), u"wlt1");
-  EXPECT_EQ(std::u16string(western.description), u"Western (Windows)");
-  EXPECT_EQ(std::u16string(western.identifier), u"U_WLATIN1_CE");
-  EXPECT_EQ(std::u16string(western.longDescription), u"Win cp1252-latin1");
-  EXPECT_EQ(std::u16string(western.ianaName), u"windows-1252");
-  EXPECT_EQ(std::u16string(western.javaName), u"Cp1252");
-  EXPECT_EQ(western.mibEnum, 2252);
+  for (const std::string expected : fullRows) EXPECT_EQ(rowText(encodingTable[std::stoi(expected)]), expected);
+}
 
-  const EncodingDescriptor& wild = encodingTable[U_ANY_CE];
-  EXPECT_EQ(wild.flags, NLS_ENCODING_ASCII | NLS_ENCODING_EBCDIC);
-  EXPECT_EQ(wild.padChar, 0u);
-  EXPECT_EQ(wild.substitution, 0u);
-
+TEST(EncodingTable, TellingFields) {
   EXPECT_EQ(std::u16string(encodingTable[76].identifier), u"U_AUKRANIAN_CE");
   EXPECT_EQ(std::u16string(encodingTable[103].description), u"Thai (OpenEdition");
   EXPECT_EQ(encodingTable[U_B_UNICODE_CE].padChar, 0x2000u);
@@ -173,6 +201,21 @@ TEST(EncodingTable, SomeRowsInFull) {
   EXPECT_EQ(encodingTable[U_WHEBREW_CE].profile.shiftOut[0], 0xFD);
   EXPECT_EQ(encodingTable[U_WARABIC_CE].profile.shiftIn[0], 0xFE);
   EXPECT_EQ(encodingTable[U_WARABIC_CE].profile.shiftLength, 1);
+}
+
+TEST(EncodingTable, FlagsOfAliases) {
+  for (CEI cei = 1; cei < NLS_CEI_COUNT; ++cei) {
+    if (!isAliasCei(cei) || cei == U_UNICODE_CE) continue;
+    EXPECT_EQ(encodingTable[cei].flags, cei <= 5 ? NLS_ENCODING_EBCDIC : cei == 17 ? 0 : NLS_ENCODING_ASCII) << cei;
+  }
+}
+
+// A double-byte character between its shifts, but for four rows that have less.
+TEST(EncodingTable, RoomOfShiftedRows) {
+  const std::pair<CEI, int> rooms[] = {{U_IBM939_CE, 4}, {U_HITACHITW_CE, 4}, {U_HITACHICN_CE, 6},
+                                       {U_NECJP_CE, 4},  {U_NECKANA_CE, 6},   {U_PCJIS_CE, 2},
+                                       {U_JIS7_CE, 4},   {U_ISO2022JP_CE, 8}};
+  for (const auto& [cei, room] : rooms) EXPECT_EQ(encodingTable[cei].unitSize, room) << cei;
 }
 
 TEST(EncodingTable, ClassCounts) {

@@ -1,106 +1,57 @@
 // The table generator stops at each kind of breach, with the file, the line and the cure.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
+
+#include "support/generator.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Ending {
-  int exitCode;
-  std::string output;
-};
-
-std::string readFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
 class GenEncodings : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "gen_encodings.XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    root_ = pattern;
-    fs::create_directories(root_ / "data");
-    fs::copy(fs::path(VELDNLS_SOURCE_DIR) / "data/encodings", root_ / "data/encodings");
-    for (const auto& file : fs::directory_iterator(root_ / "data/encodings")) {
-      fs::permissions(file.path(), fs::perms::owner_write, fs::perm_options::add);
-    }
-    for (const char* folder : {"out/veldnls", "out/encodings"}) fs::create_directories(root_ / folder);
+  void replace(const std::string& name, const std::string& from, const std::string& to) const {
+    generator_.replace(name, from, to);
   }
 
-  void TearDown() override { fs::remove_all(root_); }
-
-  fs::path file(const std::string& name) const { return root_ / "data/encodings" / name; }
-
-  Ending generate() const {
-    const std::string command = std::string(GEN_ENCODINGS) + " --data " + (root_ / "data").string() + " --out " +
-                                (root_ / "out").string() + " 2>&1";
-    Ending result{-1, {}};
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return result;
-    for (int c = 0; (c = std::fgetc(pipe)) != EOF;) result.output += static_cast<char>(c);
-    const int status = pclose(pipe);
-    if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-    return result;
-  }
-
-  void replace(const std::string& name, const std::string& from, const std::string& to) {
-    std::string text = readFile(file(name));
-    const size_t at = text.find(from);
-    ASSERT_NE(at, std::string::npos) << name << " has no \"" << from << "\"";
-    std::ofstream(file(name), std::ios::binary) << text.replace(at, from.size(), to);
-  }
-
-  void append(const std::string& name, const std::string& text) {
-    std::ofstream(file(name), std::ios::binary | std::ios::app) << text;
-  }
-
-  // The generator stops with this sentence, at a line of this file (or at a file as a whole).
-  void expectBreach(const std::string& at, const std::string& sentence) {
-    const Ending result = generate();
-    EXPECT_EQ(result.exitCode, 1) << result.output;
-    EXPECT_NE(result.output.find(sentence), std::string::npos) << result.output;
-    EXPECT_NE(result.output.find("/data/encodings/" + at + ":"), std::string::npos) << result.output;
-    EXPECT_FALSE(fs::exists(root_ / "out/veldnls/cei.h"));
+  // The generator stops with this sentence, at a line of this file (or at a file as a whole), and writes nothing.
+  void expectBreach(const std::string& at, const std::string& sentence) const {
+    const test::Ending ending = generator_.run();
+    EXPECT_EQ(ending.exitCode, 1) << ending.errors;
+    EXPECT_NE(ending.errors.find(sentence), std::string::npos) << ending.errors;
+    EXPECT_NE(ending.errors.find("/data/encodings/" + at + ":"), std::string::npos) << ending.errors;
+    EXPECT_FALSE(fs::exists(generator_.out("veldnls/cei.h")));
   }
 
   void breach(const std::string& name, const std::string& from, const std::string& to, const std::string& sentence,
-              const std::string& at = "") {
+              const std::string& at = "") const {
     replace(name, from, to);
-    if (!HasFatalFailure()) expectBreach(at.empty() ? name : at, sentence);
+    expectBreach(at.empty() ? name : at, sentence);
   }
 
-  fs::path root_;
+  test::GeneratorCopy generator_{GEN_ENCODINGS, "encodings", {"veldnls", "encodings"}};
 };
 
 TEST_F(GenEncodings, TheTextAsItStandsGivesTheSameBytesTwice) {
-  const Ending first = generate();
-  ASSERT_EQ(first.exitCode, 0) << first.output;
+  const test::Ending first = generator_.run();
+  ASSERT_EQ(first.exitCode, 0) << first.errors;
   const char* outputs[] = {"veldnls/cei.h",           "encodings/rows.inc",       "encodings/trie.inc",
                            "encodings/families.inc",  "encodings/literals.inc",   "encodings/ebcdic_groups.inc",
                            "encodings/mib_enums.inc", "encodings/dbcs_types.inc", "encodings/dbcs_languages.inc"};
   std::map<std::string, std::string> made;
-  for (const char* output : outputs) made[output] = readFile(root_ / "out" / output);
-  ASSERT_EQ(generate().exitCode, 0);
+  for (const char* output : outputs) made[output] = test::readFile(generator_.out(output));
+  ASSERT_EQ(generator_.run().exitCode, 0);
   for (const auto& [output, text] : made) {
     EXPECT_FALSE(text.empty()) << output;
-    EXPECT_EQ(readFile(root_ / "out" / output), text) << output;
+    EXPECT_EQ(test::readFile(generator_.out(output)), text) << output;
   }
 }
 
 TEST_F(GenEncodings, MissingFile) {
-  fs::remove(file("families.tsv"));
+  fs::remove(generator_.data("families.tsv"));
   expectBreach("families.tsv", "can't be opened");
 }
 
@@ -199,6 +150,11 @@ TEST_F(GenEncodings, LengthExceptionThatIsNone) {
   breach("length-exceptions.tsv", "133\tccsid\t4", "133\tccsid\t3", "agrees with the text; remove the line");
 }
 
+TEST_F(GenEncodings, LengthExceptionTwice) {
+  breach("length-exceptions.tsv", "133\tccsid\t4", "133\tccsid\t5\n133\tccsid\t4",
+         "the length of ccsid in row 133 stands twice; remove one", "length-exceptions.tsv:4");
+}
+
 TEST_F(GenEncodings, LengthExceptionOfNoColumn) {
   breach("length-exceptions.tsv", "133\tccsid", "133\tccsids", "no such column: ccsids");
 }
@@ -260,7 +216,16 @@ TEST_F(GenEncodings, NarrowRowThatIsNot) {
 }
 
 TEST_F(GenEncodings, NarrowRowOfAnotherClass) {
-  breach("narrow-rows.tsv", "155\t4", "155\t4\n134\t2", "lists rows of class 4 only", "rows.tsv:136");
+  breach("narrow-rows.tsv", "155\t4", "155\t4\n134\t2", "only rows of class 4 that are no aliases",
+         "narrow-rows.tsv:4");
+}
+
+TEST_F(GenEncodings, NarrowRowOfAnAlias) {
+  breach("narrow-rows.tsv", "155\t4", "155\t4\n3\t4", "only rows of class 4 that are no aliases", "narrow-rows.tsv:4");
+}
+
+TEST_F(GenEncodings, NarrowRowTwice) {
+  breach("narrow-rows.tsv", "155\t4", "155\t2\n155\t4", "row 155 stands twice; remove one", "narrow-rows.tsv:4");
 }
 
 TEST_F(GenEncodings, AliasModelGone) {
@@ -274,6 +239,11 @@ TEST_F(GenEncodings, AliasModelNotNeeded) {
 TEST_F(GenEncodings, AliasUnlikeItsModel) {
   breach("alias-models.tsv", "5\t152", "5\t132", "an alias has the class, unitSize and baseCei of row 132",
          "rows.tsv:7");
+}
+
+TEST_F(GenEncodings, AliasWithForeignFlags) {
+  breach("rows.tsv", "\n6\t5\t0x1\t0x20\t0x1A", "\n6\t5\t0x8\t0x40\t0x3F", "an alias has the flags of row 138",
+         "rows.tsv:8");
 }
 
 TEST_F(GenEncodings, AliasWithAName) {

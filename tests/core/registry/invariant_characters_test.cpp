@@ -14,7 +14,7 @@ bool shares(CEI a, CEI b) { return sharesInvariantCharacters(nullptr, a, b) != 0
 
 std::map<int, int> groups() {
   std::map<int, int> byCei;
-  for (const auto& fields : test::readEncodingFile("ebcdic-groups.tsv")) {
+  for (const auto& fields : test::readTsv("encodings/ebcdic-groups.tsv")) {
     byCei[std::stoi(fields.at(0))] = std::stoi(fields.at(1));
   }
   return byCei;

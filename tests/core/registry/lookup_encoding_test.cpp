@@ -4,6 +4,8 @@
 #include "core/registry.h"
 #include "core/wide_text.h"
 #include "encoding_data.h"
+#include "support/guard.h"
+#include "support/wide.h"
 #include "veldnls/cei.h"
 #include "veldnls/status.h"
 
@@ -113,7 +115,7 @@ TEST(LookupEncoding, NearKeysOfTheIndex) {
 
 TEST(LookupEncoding, ColumnTextsLeftOutOfTheIndex) {
   int count = 0;
-  for (const auto& fields : test::readEncodingFile("keys-left-out.txt")) {
+  for (const auto& fields : test::readTsv("encodings/keys-left-out.txt")) {
     ++count;
     EXPECT_EQ(lookup(test::widen(fields.at(0)), NLS_LOOKUP_ANY), unknownKey) << fields.at(0);
   }
@@ -134,6 +136,34 @@ TEST(LookupEncoding, LengthsOutsideTheRangeWriteNothing) {
   EXPECT_EQ(lookup(std::u16string(40, u'A'), NLS_LOOKUP_NAME), unknown);
 }
 
+void expectGuarded(const std::u16string& name, int32_t kind) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(name.data());
+  for (const auto at : {test::GuardedBuffer::At::end, test::GuardedBuffer::At::start}) {
+    test::GuardedBuffer buffer({bytes, name.size() * sizeof(char16_t)}, at);
+    Answer answer{0, untouched};
+    answer.status = lookupEncoding(nullptr, reinterpret_cast<const char16_t*>(buffer.data()),
+                                   static_cast<int32_t>(name.size()), kind, &answer.cei);
+    EXPECT_EQ(answer, lookup(name, kind)) << kind << " " << name.size();
+  }
+}
+
+// Names of every length against guard pages: unknown ones, and beginnings of keys and of column texts, which a look-up
+// follows to their last unit.
+TEST(LookupEncoding, ReadsNothingOutsideTheName) {
+  std::map<size_t, std::set<std::string>> names;
+  for (size_t length = 1; length <= 40; ++length) names[length].insert(std::string(length, 'A'));
+  for (const std::string text : {"SIMPLIFIED CHINESE - EUC-CN", "Big5-HKSCS", "Shift_JIS", "UNICODE (UTF-32)"}) {
+    for (size_t length = 1; length <= text.size(); ++length) names[length].insert(text.substr(0, length));
+  }
+  for (const auto& [key, value] : encodingFacts().keys) names[key.size()].insert(key);
+  for (const auto& [length, texts] : names) {
+    for (const std::string& text : texts) {
+      for (int32_t kind = -1; kind <= 11; ++kind) expectGuarded(test::widen(text), kind);
+    }
+  }
+  EXPECT_EQ(names.size(), 40u);
+}
+
 TEST(LookupEncoding, EveryLetterCaseOfOneName) {
   const std::u16string lower = u"wlatin1";
   for (unsigned mask = 0; mask < 64; ++mask) {
@@ -144,6 +174,16 @@ TEST(LookupEncoding, EveryLetterCaseOfOneName) {
     EXPECT_EQ(lookup(name, NLS_LOOKUP_ANY), found(62));
     EXPECT_EQ(lookup(name, NLS_LOOKUP_NAME), found(62));
   }
+}
+
+// U+017F folds to "S" and U+00FF to U+0178, which no name has.
+TEST(LookupEncoding, NamesFoldByTheWideTextTable) {
+  EXPECT_EQ(lookup(u"u\u017F-ascii", NLS_LOOKUP_ANY), found(28));
+  EXPECT_EQ(lookup(u"u\u017F-ascii", NLS_LOOKUP_IANA_NAME), found(28));
+  EXPECT_EQ(lookup(u"\u017Fhift_ji\u017F", NLS_LOOKUP_PREFERRED_NAME), found(138));
+  EXPECT_EQ(lookup(u"u\u00FF-ascii", NLS_LOOKUP_ANY), unknownKey);
+  EXPECT_EQ(lookup(u"u\u00FF-ascii", NLS_LOOKUP_IANA_NAME), unknown);
+  EXPECT_EQ(lookup(u"\u00FF", NLS_LOOKUP_ANY), unknownKey);
 }
 
 TEST(LookupEncoding, OneUnitOfManyNames) {

@@ -9,7 +9,7 @@ namespace {
 
 TEST(EncodingFromMibEnum, EveryNumber) {
   std::map<int, int> pairs;
-  for (const auto& fields : test::readEncodingFile("mib-enums.tsv")) {
+  for (const auto& fields : test::readTsv("encodings/mib-enums.tsv")) {
     pairs[std::stoi(fields.at(0))] = std::stoi(fields.at(1));
   }
   ASSERT_EQ(pairs.size(), 55u);

@@ -7,6 +7,7 @@
 
 #include "encoding_data.h"
 #include "support/guard.h"
+#include "support/wide.h"
 
 using test::encodingFacts;
 

@@ -1,24 +1,9 @@
 #include "unicode_data.h"
 
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
+#include "support/tsv.h"
 
 namespace test {
 namespace {
-
-std::vector<std::vector<std::string>> readWords(const std::string& name) {
-  std::ifstream file(VELDNLS_SOURCE_DIR "/data/unicode/" + name);
-  if (!file) throw std::runtime_error("data/unicode/" + name + " can't be read");
-  std::vector<std::vector<std::string>> rows;
-  for (std::string text; std::getline(file, text);) {
-    if (text.empty() || text[0] == '#') continue;
-    std::istringstream words(text);
-    rows.emplace_back();
-    for (std::string word; words >> word;) rows.back().push_back(word);
-  }
-  return rows;
-}
 
 uint32_t fromHexadecimal(const std::string& text) {
   return text == "-" ? 0 : static_cast<uint32_t>(std::stoul(text, nullptr, 16));
@@ -33,7 +18,7 @@ RangeFact readRange(const std::string& text) {
 
 std::vector<CharacterFacts> readCharacters() {
   std::vector<CharacterFacts> characters;
-  for (const auto& row : readWords("character_records.tsv")) {
+  for (const Fields& row : readTsv("unicode/character_records.tsv")) {
     const RangeFact range = readRange(row.at(0));
     for (uint32_t code = range.first; code <= range.last; ++code) {
       characters.push_back({code, row.at(1), row.at(2), static_cast<uint32_t>(std::stoul(row.at(3))),
@@ -46,7 +31,7 @@ std::vector<CharacterFacts> readCharacters() {
 
 CaseFacts readCasePairs() {
   CaseFacts facts;
-  for (const auto& row : readWords("case_pairs.tsv")) {
+  for (const Fields& row : readTsv("unicode/case_pairs.tsv")) {
     const uint32_t upper = fromHexadecimal(row.at(0));
     const uint32_t lower = fromHexadecimal(row.at(2));
     if (row.at(1).find('>') != std::string::npos) facts.toLower[upper] = lower;
@@ -57,7 +42,7 @@ CaseFacts readCasePairs() {
 
 std::map<std::string, std::vector<RangeFact>> readClasses() {
   std::map<std::string, std::vector<RangeFact>> classes;
-  for (const auto& row : readWords("class_ranges.tsv")) classes[row.at(0)].push_back(readRange(row.at(1)));
+  for (const Fields& row : readTsv("unicode/class_ranges.tsv")) classes[row.at(0)].push_back(readRange(row.at(1)));
   return classes;
 }
 
