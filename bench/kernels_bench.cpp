@@ -1,0 +1,185 @@
+// Each kernel on each tier, beside memcpy: words of a text in random order, 64 KB of them and a field.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/kernels/kernels.h"
+
+namespace {
+
+using veldnls::Kernels;
+using veldnls::KernelTier;
+using Bytes = std::vector<uint8_t>;
+
+constexpr size_t pieceBytes = 65536;
+constexpr size_t pieces = 20;
+constexpr size_t fieldBytes = 16;
+
+// Pieces of UTF-8 of whole words, so that a loop over them isn't learned by heart.
+std::vector<Bytes> shuffledPieces(const std::string& name, size_t size) {
+  std::ifstream file(std::string(BENCH_TEXTS "/") + name + ".txt");
+  const std::vector<std::string> words{std::istream_iterator<std::string>(file), {}};
+  std::mt19937 random(1);
+  std::vector<Bytes> all(pieces);
+  for (Bytes& piece : all) {
+    while (!words.empty()) {
+      const std::string& word = words[random() % words.size()];
+      if (piece.size() + word.size() + 1 > size && !piece.empty()) break;
+      piece.insert(piece.end(), word.begin(), word.end());
+      piece.push_back(' ');
+      if (piece.size() >= size) break;
+    }
+  }
+  return all;
+}
+
+using Conversion = Bytes (*)(const Bytes& utf8);
+
+Bytes same(const Bytes& utf8) { return utf8; }
+
+Bytes utf16Of(const Bytes& utf8) {
+  Bytes units(2 * utf8.size());
+  units.resize(2 * veldnls::kernels().utf8ToUtf16(utf8.data(), utf8.size(), units.data(), utf8.size()).written);
+  return units;
+}
+
+Bytes utf32Of(const Bytes& utf8) {
+  Bytes units(4 * utf8.size());
+  units.resize(4 * veldnls::kernels().utf8ToUtf32(utf8.data(), utf8.size(), units.data(), utf8.size()).written);
+  return units;
+}
+
+const auto unitTable = [] {
+  std::array<char16_t, 256> table{};
+  for (size_t i = 0; i < table.size(); ++i) table[i] = static_cast<char16_t>(i < 128 ? i : 0x400 + i);
+  return table;
+}();
+
+const auto byteTable = [] {
+  std::array<uint8_t, 256> table{};
+  for (size_t i = 0; i < table.size(); ++i) table[i] = static_cast<uint8_t>(i * 167 + 13);
+  return table;
+}();
+
+const auto pageTable = [] {
+  static std::array<uint8_t, 256> page;
+  page.fill(0x41);
+  std::array<const uint8_t*, 256> table{};
+  table.fill(page.data());
+  return table;
+}();
+
+struct Job {
+  const char* name;
+  Conversion source;
+  void (*run)(const Kernels&, const Bytes& in, Bytes& out);
+};
+
+const Job jobs[] = {
+    {"memcpy", same,
+     [](const Kernels&, const Bytes& in, Bytes& out) { std::memcpy(out.data(), in.data(), in.size()); }},
+    {"byteMap", same,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.byteMap(byteTable.data(), in.data(), out.data(), in.size());
+     }},
+    {"expand", same,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.expand(unitTable.data(), in.data(), out.data(), in.size());
+     }},
+    {"pagesToBytes", utf16Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.pagesToBytes(pageTable.data(), in.data(), out.data(), in.size() / 2);
+     }},
+    {"asciiRun", same,
+     [](const Kernels& k, const Bytes& in, Bytes&) { benchmark::DoNotOptimize(k.asciiRun(in.data(), in.size())); }},
+    {"widenAscii16", same,
+     [](const Kernels& k, const Bytes& in, Bytes& out) { k.widenAscii16(in.data(), out.data(), in.size()); }},
+    {"narrowAscii16", utf16Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.narrowAscii16.little(in.data(), out.data(), in.size() / 2);
+     }},
+    {"narrowAscii32", utf32Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.narrowAscii32.little(in.data(), out.data(), in.size() / 4);
+     }},
+    {"swap16", utf16Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) { k.swap16(in.data(), out.data(), in.size() / 2); }},
+    {"swap32", utf32Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) { k.swap32(in.data(), out.data(), in.size() / 4); }},
+    {"utf8Valid", same,
+     [](const Kernels& k, const Bytes& in, Bytes&) { benchmark::DoNotOptimize(k.utf8Valid(in.data(), in.size())); }},
+    {"utf8ToUtf16", same,
+     [](const Kernels& k, const Bytes& in, Bytes& out) { k.utf8ToUtf16(in.data(), in.size(), out.data(), in.size()); }},
+    {"utf8ToUtf32", same,
+     [](const Kernels& k, const Bytes& in, Bytes& out) { k.utf8ToUtf32(in.data(), in.size(), out.data(), in.size()); }},
+    {"utf16ToUtf8", utf16Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.utf16ToUtf8.little(in.data(), in.size() / 2, out.data(), out.size());
+     }},
+    {"utf16ToUtf32", utf16Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.utf16ToUtf32.little(in.data(), in.size() / 2, out.data(), in.size() / 2);
+     }},
+    {"utf32ToUtf8", utf32Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.utf32ToUtf8.little(in.data(), in.size() / 4, out.data(), out.size());
+     }},
+    {"utf32ToUtf16", utf32Of,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.utf32ToUtf16.little(in.data(), in.size() / 4, out.data(), in.size() / 2);
+     }},
+};
+
+void measure(benchmark::State& state, const Job& job, KernelTier tier, const std::string& text, size_t size) {
+  veldnls::forceKernelTier(tier);
+  std::vector<Bytes> inputs;
+  size_t total = 0;
+  size_t longest = 0;
+  for (const Bytes& piece : shuffledPieces(text, size)) {
+    inputs.push_back(job.source(piece));
+    total += inputs.back().size();
+    longest = std::max(longest, inputs.back().size());
+  }
+  Bytes output(4 * longest);
+  const Kernels& kernels = veldnls::kernels();
+  for (auto _ : state) {
+    for (const Bytes& input : inputs) job.run(kernels, input, output);
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(total) * static_cast<int64_t>(state.iterations()));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  struct Tier {
+    KernelTier tier;
+    const char* name;
+  };
+  const Tier tiers[] = {{KernelTier::scalar, "scalar"}, {KernelTier::avx2, "avx2"}, {KernelTier::avx512, "avx512"}};
+  for (const Job& job : jobs) {
+    for (const char* text : {"en", "de", "ru", "ja", "emoji"}) {
+      for (const size_t size : {pieceBytes, fieldBytes}) {
+        for (const Tier& tier : tiers) {
+          if (!veldnls::forceKernelTier(tier.tier)) continue;
+          std::ostringstream name;
+          name << job.name << '/' << text << '/' << size << '/' << tier.name;
+          benchmark::RegisterBenchmark(name.str().c_str(), [&job, tier, text, size](benchmark::State& state) {
+            measure(state, job, tier.tier, text, size);
+          });
+        }
+      }
+    }
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}

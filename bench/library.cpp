@@ -1,0 +1,58 @@
+#include "bench/library.h"
+
+#include <dlfcn.h>
+
+#include <stdexcept>
+
+#include "veldnls/hostlib/xm.h"
+
+namespace bench {
+
+Library::Library(const std::string& modulePath) {
+  module_ = dlopen(modulePath.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (module_ == nullptr) throw std::runtime_error(dlerror());
+  entry_ = reinterpret_cast<NlsLibraryEntry>(dlsym(module_, "VELDNLSLIB"));
+  if (entry_ == nullptr) throw std::runtime_error(modulePath + " has no export VELDNLSLIB");
+  vector_ = {&memory_, &threadBlock_, nullptr, &threads_, &files_};
+  if (xminit(&vector_) == nullptr) throw std::runtime_error("no memory for pools");
+  nls_ = makeObject();
+}
+
+Library::~Library() {
+  nls_->destroy(nls_);
+  xmterm(&vector_, memory_.context);
+  dlclose(module_);
+}
+
+QZNLS* Library::makeObject() {
+  constexpr int32_t elementCount = sizeof vector_ / sizeof(void*);
+  void* object = nullptr;
+  if (entry_(elementCount, reinterpret_cast<void**>(&vector_), &object) != 0) {
+    throw std::runtime_error("the module can't make its object");
+  }
+  return static_cast<QZNLS*>(object);
+}
+
+CEI Library::cei(const Encoding& encoding) const {
+  const std::string name = encoding.name;
+  const std::u16string wide(name.begin(), name.end());
+  CEI cei = 0;
+  if (nls_->lookupEncoding(nls_, wide.data(), static_cast<int32_t>(wide.size()), NLS_LOOKUP_NAME, &cei) != 0) {
+    throw std::runtime_error("unknown encoding " + name);
+  }
+  return cei;
+}
+
+Converter Library::converter(const Encoding& from, const Encoding& to) const {
+  // Pipelines end with the object.
+  TranscodingPipeline* pipeline = nls_->createPipeline(nls_, cei(from), cei(to), nullptr, nullptr);
+  if (pipeline == nullptr) throw std::runtime_error(std::string("no pipeline from ") + from.name + " to " + to.name);
+  return makeConverter("veldnls", [pipeline](Bytes input, Room output) -> size_t {
+    uint32_t length = 0;
+    const NlsStatus status = pipeline->transcode(pipeline, input.data(), static_cast<uint32_t>(input.size()),
+                                                 output.data(), static_cast<uint32_t>(output.size()), &length, nullptr);
+    return status == 0 ? length : 0;
+  });
+}
+
+}  // namespace bench

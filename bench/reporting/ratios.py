@@ -1,0 +1,69 @@
+"""Ratios of the library's speed to a peer's, and the floors that they are held to.
+
+A ratio is throughput over throughput: 2.0 means that the library takes half the time. It is the median, over the rounds,
+of the two times taken next to each other in one round.
+"""
+from dataclasses import dataclass
+from statistics import median
+from typing import Optional
+
+LIBRARY = "veldnls"
+COPY = "memcpy"
+# Forms in which a page-to-page conversion is long enough to be compared with a plain copy.
+LONG_FORMS = ("looped", "random")
+
+
+@dataclass(frozen=True)
+class Ratio:
+    kind: str
+    op: str
+    text: str
+    form: str
+    peer: str
+    ratio: float
+    floor: Optional[float]  # None: told, and not judged
+
+    @property
+    def below(self):
+        return self.floor is not None and self.ratio < self.floor
+
+    def row(self):
+        return {"op": self.op, "text": self.text, "form": self.form, "peer": self.peer, "ratio": round(self.ratio, 3)}
+
+
+@dataclass(frozen=True)
+class Speed:
+    """What the library reaches by itself: bytes of input in a nanosecond (GB/s), None where nothing is converted, and
+    nanoseconds a call."""
+
+    kind: str
+    op: str
+    text: str
+    form: str
+    gigabytes: Optional[float]
+    call: float
+
+
+def floor_of(kind, form, peer, has_vbmi):
+    if peer == COPY:
+        return 0.5 if has_vbmi and form in LONG_FORMS else None
+    return {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "pool-growth": 1 / 3}.get(kind)
+
+
+def ratios_of(group, has_vbmi):
+    """A ratio against the best peer, and one against a plain copy where that was timed too."""
+    times = {candidate["name"]: candidate["ns"] for candidate in group["candidates"]}
+    own = times.pop(LIBRARY)
+    converters = [peer for peer in times if peer != COPY]
+    judged = [min(converters, key=lambda peer: median(times[peer]))] if converters else []
+    judged += [peer for peer in times if peer == COPY]
+    for peer in judged:
+        ratio = median(theirs / ours for theirs, ours in zip(times[peer], own))
+        floor = floor_of(group["kind"], group["form"], peer, has_vbmi)
+        yield Ratio(group["kind"], group["op"], group["text"], group["form"], peer, ratio, floor)
+
+
+def speed_of(group):
+    own = next(median(c["ns"]) for c in group["candidates"] if c["name"] == LIBRARY)
+    gigabytes = group["bytes"] / own if group["bytes"] else None
+    return Speed(group["kind"], group["op"], group["text"], group["form"], gigabytes, own / group["calls"])
