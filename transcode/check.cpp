@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "core/text/units.h"
 #include "transcode/stages.h"
 #include "transcode/whole_units.h"
 

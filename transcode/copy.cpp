@@ -1,8 +1,7 @@
-#include <algorithm>
 #include <cstring>
 
 #include "transcode/stages.h"
-#include "transcode/work_input.h"
+#include "transcode/whole_units.h"
 
 namespace veldnls {
 
@@ -16,22 +15,15 @@ Blank copiedBlank(const TranscodingPipeline* pipeline) {
   return {1, pipeline->target.padChar & 0xFF};
 }
 
+void copyBytes(uint8_t* output, const uint8_t* input, size_t length) { std::memmove(output, input, length); }
+
 }  // namespace
 
 NlsStatus copyStage(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                     uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                     const TranscodeOptions* options) {
-  beginRun(outputLength, progress);
-  const uint32_t length = std::min(inputLength, outputSize);
-  if (inputLength == 0) return 0;
-  // Asked before the copy, which may write on what is left when the ranges overlap.
-  const uint8_t* rest = static_cast<const uint8_t*>(input) + length;
-  const NlsStatus status = applyBlankRule(length < inputLength ? nlsOutputTruncated : 0, pipeline, options, rest,
-                                          inputLength - length, copiedBlank(pipeline));
-  if (length != 0) std::memmove(output, input, length);
-  if (outputLength != nullptr) *outputLength = length;
-  if (progress != nullptr) progress->consumed = length;
-  return status;
+  return moveFitting<1, copyBytes>(copiedBlank(pipeline), pipeline, input, inputLength, output, outputSize,
+                                   outputLength, progress, options);
 }
 
 }  // namespace veldnls

@@ -38,6 +38,8 @@ NlsStatus initPipeline(QZNLS* nls, CEI source, CEI target, TranscodingPipeline* 
   const CEI targetCei = resolveCei(nls, target);
   const EncodingDescriptor* sourceRow = encodingRow(sourceCei);
   const EncodingDescriptor* targetRow = encodingRow(targetCei);
+  // A host may name any number as its session's encoding.
+  if (sourceRow == nullptr || targetRow == nullptr) return nlsUnknownEncoding;
 
   *pipeline = {};
   setMagic(pipeline->magic);

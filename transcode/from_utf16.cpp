@@ -1,8 +1,9 @@
 #include "transcode/i8.h"
+#include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
-#include "transcode/utf8.h"
+#include "transcode/utf8_target.h"
 
 namespace veldnls {
 
@@ -12,7 +13,8 @@ using std::endian;
 
 template <class Target, endian order>
 StageText toEightBit(StageText text) {
-  while (!text.atEnd()) {
+  SkipAhead<Target::template fromUtf16<order>> ahead;
+  while (ahead.leaves(text)) {
     if (text.remaining() < 2) return text.incomplete();
     uint32_t value = load16<order>(text.position());
     size_t length = 2;
@@ -32,9 +34,18 @@ StageText toEightBit(StageText text) {
 }
 
 template <endian order>
+TextKernel* toUtf32Kernel() {
+  return kernels().utf16ToUtf32.of<order>();
+}
+
+template <endian order>
+constexpr StageSkip skipToUtf32 = skipByKernel<2, 4, toUtf32Kernel<order>>;
+
+template <endian order>
 StageText toUtf32(StageText text) {
   const size_t room = text.outputSize - utf32Reserve;
-  while (!text.atEnd()) {
+  SkipAhead<skipToUtf32<order>> ahead;
+  while (ahead.leaves(text)) {
     if (text.remaining() < 2) return text.incomplete();
     uint32_t value = load16<order>(text.position());
     const size_t length = isHighSurrogate(value) ? 4 : 2;
@@ -58,23 +69,23 @@ StageText toUtf32(StageText text) {
 const StageRow utf16ToUtf8Row{
     .minimumOutput = 1,
     .targetUnit = 1,
-    .straight = {toEightBit<Utf8Target, endian::little>, utf16Blank},
-    .swapped = {toEightBit<Utf8Target, endian::big>, utf16BigEndianBlank},
+    .straight = {toEightBit<Utf8Target, endian::little>, Utf8Target::fromUtf16<endian::little>, utf16Blank},
+    .swapped = {toEightBit<Utf8Target, endian::big>, Utf8Target::fromUtf16<endian::big>, utf16BigEndianBlank},
 };
 
 // The blank rule reads little-endian units in both forms.
 const StageRow utf16ToUtfEbcdicRow{
     .minimumOutput = 1,
     .targetUnit = 1,
-    .straight = {toEightBit<UtfEbcdicTarget, endian::little>, utf16Blank},
-    .swapped = {toEightBit<UtfEbcdicTarget, endian::big>, utf16Blank},
+    .straight = {toEightBit<UtfEbcdicTarget, endian::little>, UtfEbcdicTarget::fromUtf16<endian::little>, utf16Blank},
+    .swapped = {toEightBit<UtfEbcdicTarget, endian::big>, UtfEbcdicTarget::fromUtf16<endian::big>, utf16Blank},
 };
 
 const StageRow utf16ToUtf32Row{
     .minimumOutput = 4,
     .targetUnit = 4,
-    .straight = {toUtf32<endian::little>, utf16Blank},
-    .swapped = {toUtf32<endian::big>, utf16BigEndianBlank},
+    .straight = {toUtf32<endian::little>, skipToUtf32<endian::little>, utf16Blank},
+    .swapped = {toUtf32<endian::big>, skipToUtf32<endian::big>, utf16BigEndianBlank},
 };
 
 }  // namespace veldnls

@@ -1,8 +1,9 @@
 #include "transcode/i8.h"
+#include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
-#include "transcode/utf8.h"
+#include "transcode/utf8_target.h"
 
 namespace veldnls {
 
@@ -14,7 +15,8 @@ constexpr uint32_t signBit = 0x80000000;
 
 template <class Target, endian order>
 StageText toEightBit(StageText text) {
-  while (!text.atEnd()) {
+  SkipAhead<Target::template fromUtf32<order>> ahead;
+  while (ahead.leaves(text)) {
     if (text.remaining() < 4) return text.incomplete();
     uint32_t value = load32<order>(text.position());
     if ((value & signBit) != 0) {
@@ -32,9 +34,18 @@ StageText toEightBit(StageText text) {
 }
 
 template <endian order>
+TextKernel* toUtf16Kernel() {
+  return kernels().utf32ToUtf16.of<order>();
+}
+
+template <endian order>
+constexpr StageSkip skipToUtf16 = skipByKernel<4, 2, toUtf16Kernel<order>>;
+
+template <endian order>
 StageText toUtf16(StageText text) {
   const size_t room = text.outputSize - utf16Reserve;
-  while (!text.atEnd()) {
+  SkipAhead<skipToUtf16<order>> ahead;
+  while (ahead.leaves(text)) {
     if (text.remaining() < 4) return text.incomplete();
     if (text.written >= room) return text.full();
     const uint32_t value = load32<order>(text.position());
@@ -56,23 +67,23 @@ StageText toUtf16(StageText text) {
 const StageRow utf32ToUtf8Row{
     .minimumOutput = 1,
     .targetUnit = 1,
-    .straight = {toEightBit<Utf8Target, endian::little>, utf32Blank},
-    .swapped = {toEightBit<Utf8Target, endian::big>, utf32BigEndianBlank},
+    .straight = {toEightBit<Utf8Target, endian::little>, Utf8Target::fromUtf32<endian::little>, utf32Blank},
+    .swapped = {toEightBit<Utf8Target, endian::big>, Utf8Target::fromUtf32<endian::big>, utf32BigEndianBlank},
 };
 
 // The blank rule reads little-endian units in both forms.
 const StageRow utf32ToUtfEbcdicRow{
     .minimumOutput = 1,
     .targetUnit = 1,
-    .straight = {toEightBit<UtfEbcdicTarget, endian::little>, utf32Blank},
-    .swapped = {toEightBit<UtfEbcdicTarget, endian::big>, utf32Blank},
+    .straight = {toEightBit<UtfEbcdicTarget, endian::little>, UtfEbcdicTarget::fromUtf32<endian::little>, utf32Blank},
+    .swapped = {toEightBit<UtfEbcdicTarget, endian::big>, UtfEbcdicTarget::fromUtf32<endian::big>, utf32Blank},
 };
 
 const StageRow utf32ToUtf16Row{
     .minimumOutput = 2,
     .targetUnit = 2,
-    .straight = {toUtf16<endian::little>, utf32Blank},
-    .swapped = {toUtf16<endian::big>, utf32BigEndianBlank},
+    .straight = {toUtf16<endian::little>, skipToUtf16<endian::little>, utf32Blank},
+    .swapped = {toUtf16<endian::big>, skipToUtf16<endian::big>, utf32BigEndianBlank},
 };
 
 }  // namespace veldnls

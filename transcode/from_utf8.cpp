@@ -1,13 +1,18 @@
+#include "core/text/utf8.h"
+#include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
-#include "transcode/utf8.h"
 
 namespace veldnls {
 
 namespace {
 
+TextKernel* utf8ToUtf16Kernel() { return kernels().utf8ToUtf16; }
+TextKernel* utf8ToUtf32Kernel() { return kernels().utf8ToUtf32; }
+
 struct ToUtf16 {
+  static constexpr StageSkip skip = skipByKernel<1, 2, utf8ToUtf16Kernel>;
   static constexpr size_t reserve = utf16Reserve;
 
   static void put(StageText& text, uint32_t unit) { text.put16(unit); }
@@ -25,6 +30,7 @@ struct ToUtf16 {
 };
 
 struct ToUtf32 {
+  static constexpr StageSkip skip = skipByKernel<1, 4, utf8ToUtf32Kernel>;
   static constexpr size_t reserve = utf32Reserve;
 
   static void put(StageText& text, uint32_t unit) { text.put32(unit); }
@@ -38,7 +44,8 @@ struct ToUtf32 {
 template <class Target>
 StageText fromUtf8(StageText text) {
   const size_t room = text.outputSize - Target::reserve;
-  while (!text.atEnd()) {
+  SkipAhead<Target::skip> ahead;
+  while (ahead.leaves(text)) {
     const uint8_t* sequence = text.position();
     // ASCII needs no test but that for room.
     if (sequence[0] < 0x80) {
@@ -50,20 +57,20 @@ StageText fromUtf8(StageText text) {
     const size_t length = utf8TrailCount[sequence[0]] + size_t{1};
     if (text.remaining() < length) return text.incomplete();
     if (text.written >= room) return text.full();
-    if (const size_t skip = badUtf8Skip(sequence, length); skip != 0) {
+    const Utf8Sequence next = readUtf8(sequence, text.remaining());
+    text.read += next.length;
+    if (next.value == invalidUtf8) {
       text.substitute();
       Target::put(text, replacementCharacter);
-      text.read += skip;
-      continue;
+    } else if (!Target::write(text, next.value)) {
+      return text;
     }
-    text.read += length;
-    if (!Target::write(text, utf8Value(sequence, length))) return text;
   }
   return text;
 }
 
-constexpr StageForm toUtf16{fromUtf8<ToUtf16>, utf8Blank};
-constexpr StageForm toUtf32{fromUtf8<ToUtf32>, utf8Blank};
+constexpr StageForm toUtf16{fromUtf8<ToUtf16>, ToUtf16::skip, utf8Blank};
+constexpr StageForm toUtf32{fromUtf8<ToUtf32>, ToUtf32::skip, utf8Blank};
 
 }  // namespace
 

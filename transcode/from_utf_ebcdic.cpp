@@ -58,8 +58,8 @@ StageText fromUtfEbcdic(StageText text) {
   return text;
 }
 
-constexpr StageForm toUtf16{fromUtfEbcdic<ToUtf16>, utfEbcdicBlank};
-constexpr StageForm toUtf32{fromUtfEbcdic<ToUtf32>, utfEbcdicBlank};
+constexpr StageForm toUtf16{fromUtfEbcdic<ToUtf16>, skipNothing, utfEbcdicBlank};
+constexpr StageForm toUtf32{fromUtfEbcdic<ToUtf32>, skipNothing, utfEbcdicBlank};
 
 }  // namespace
 

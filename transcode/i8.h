@@ -3,9 +3,11 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
+#include "transcode/skip_ahead.h"
 #include "transcode/utf_ebcdic.h"
 
 namespace veldnls {
@@ -43,6 +45,11 @@ inline constexpr std::array<uint8_t, 256> i8LeadMask = [] {
 // UTF-EBCDIC as a target.
 struct UtfEbcdicTarget {
   static constexpr size_t replacementRoom = 0;
+
+  template <std::endian>
+  static constexpr StageSkip fromUtf16 = skipNothing;
+  template <std::endian>
+  static constexpr StageSkip fromUtf32 = skipNothing;
 
   static size_t size(uint32_t value) {
     return value < 0xA0 ? 1 : value < 0x400 ? 2 : value < 0x4000 ? 3 : value < 0x40000 ? 4 : 5;

@@ -1,7 +1,8 @@
+#include "core/text/run_input.h"
 #include "transcode/module_load.h"
 #include "transcode/stages.h"
 #include "transcode/two_stage.h"
-#include "transcode/work_input.h"
+#include "veldnls/cei.h"
 #include "veldnls/nls.h"
 
 namespace veldnls {
@@ -29,21 +30,26 @@ NlsStatus multiByteTranscodeResumable(TranscodingPipeline* pipeline, const void*
                                       void* output, uint32_t outputSize, uint32_t* outputLength,
                                       TranscodeProgress* progress, const TranscodeOptions* options) {
   beginRun(outputLength, progress);
-  WorkInput work(pipeline->nls->pool);
-  if (!work.prepare(input, inputLength, output, outputSize, progress)) return nlsNoMemory;
+  RunInput<runScratchSize> work(pipeline->nls->pool);
+  if (!work.open(input, inputLength, output, outputSize, progress)) return nlsNoMemory;
+  const RunText& text = work.text();
+  if (progress != nullptr) takeHeld(*progress, text);
   TranscodeOptions ownOptions = options != nullptr ? *options : TranscodeOptions{};
+  ownOptions.words[0] &= ~NLS_SWAPPED_INPUT;
   if (pipeline->source.swapInput != 0) ownOptions.words[0] |= NLS_SWAPPED_INPUT;
   const NlsStatus status =
-      runSourceStage(pipeline, work.data(), work.length(), output, outputSize, outputLength, progress, &ownOptions);
-  if (progress != nullptr) work.settle(*progress, status);
+      runSourceStage(pipeline, text.bytes, text.length, output, outputSize, outputLength, progress, &ownOptions);
+  if (progress != nullptr) settle(*progress, text, progress->consumed, status);
   return status;
 }
 
 NlsStatus twoStageTranscodeResumable(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength,
                                      void* output, uint32_t outputSize, uint32_t* outputLength,
                                      TranscodeProgress* progress, const TranscodeOptions* options) {
-  return runTwoStages(pipeline->sourceCei, runSourceStage, runTargetStage, pipeline, input, inputLength, output,
-                      outputSize, outputLength, progress, options);
+  // A text of any encoding is one of the target's here, and its own estimate would be its length.
+  const CEI textCei = pipeline->sourceCei == U_ANY_CE ? pipeline->targetCei : pipeline->sourceCei;
+  return runTwoStages(textCei, runSourceStage, runTargetStage, pipeline, input, inputLength, output, outputSize,
+                      outputLength, progress, options);
 }
 
 }  // namespace veldnls

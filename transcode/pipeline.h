@@ -15,11 +15,12 @@ NlsStatus estimateOutputLength(QZNLS* nls, CEI source, const void* input, uint32
                                uint32_t* size);
 
 // Fills a record in place: the core of createPipeline and the constructor of the prebuilt pipelines. Allocates nothing
-// itself. A failure leaves a pipeline that copies.
+// itself. A failure leaves a pipeline that copies; but nlsUnknownEncoding, when a CEI resolves to one outside of the
+// table, leaves the record as it was.
 NlsStatus initPipeline(QZNLS* nls, CEI source, CEI target, TranscodingPipeline* pipeline,
                        const TranscodeOptions* options);
 
-// Stores the eighteen slots of this folder that belong to pipelines: estimateOutputLength, the four of creation and
+// Stores the seventeen slots of this folder that belong to pipelines: estimateOutputLength, the four of creation and
 // destruction, and the twelve convert slots; and those of user character tables and validation.
 void installPipelineSlots(QZNLS* nls);
 

@@ -49,9 +49,11 @@ NlsStatus wideToEightBit(QZNLS* nls, TranscodingPipeline* pipeline, const Encodi
   return route(nls, pipeline, source, target);
 }
 
+// Two names of the same order stay a copy. Only a session's encoding makes such a pair.
 template <NlsUnicodeStage stage>
-NlsStatus betweenOrders(QZNLS*, TranscodingPipeline* pipeline, const EncodingDescriptor*, const EncodingDescriptor*) {
-  installRuns<stage>(pipeline);
+NlsStatus betweenOrders(QZNLS*, TranscodingPipeline* pipeline, const EncodingDescriptor*,
+                        const EncodingDescriptor* target) {
+  if (pipeline->source.swapInput != 0 || hasOppositeOrder(target)) installRuns<stage>(pipeline);
   return 0;
 }
 
@@ -161,7 +163,7 @@ constexpr Route convertedRoutes[routeClasses][routeClasses] = {
     },
 };
 
-// A setup that fails leaves the copy in place, unreported.
+// A setup that fails leaves the copy in place, unreported: with the first stage alone the run would write UTF-16.
 NlsStatus checkMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                          const EncodingDescriptor* target) {
   if (multiByteModule(nls) == nullptr) return nlsModuleUnavailable;

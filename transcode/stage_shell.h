@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "transcode/blanks.h"
-#include "transcode/units.h"
+#include "core/text/blanks.h"
+#include "core/text/units.h"
 #include "veldnls/pipeline.h"
 #include "veldnls/status.h"
 
@@ -63,8 +63,13 @@ struct StageText {
 // the input. Called with input and with at least StageRow::minimumOutput bytes of room.
 using StageLoop = StageText (*)(StageText);
 
+// Converts what is plain in front of a text's position: whole characters that have room and change no status. Returns
+// how many units it read.
+using StageSkip = size_t (*)(StageText&);
+
 struct StageForm {
   StageLoop loop;
+  StageSkip skip;
   Blank blank;  // of the source, for the blank rule
 };
 

@@ -62,7 +62,7 @@ inline constexpr NlsUnicodeStage utf32ToUtfEbcdic = stage<utf32ToUtfEbcdicRow>;
 inline constexpr NlsUnicodeStage utf32ToUtf16 = stage<utf32ToUtf16Row>;
 
 // Two stages with UTF-16LE between them. Without a progress record the status is the second stage's: a substitution by
-// the first shows in the text only.
+// the first shows in the text only. Half a surrogate pair at the end of the text between them is replaced by nothing.
 StageFunction utf8RoundTrip;
 StageFunction utfEbcdicRoundTrip;
 StageFunction utfEbcdicToUtf8;

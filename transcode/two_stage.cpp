@@ -1,12 +1,25 @@
 #include "transcode/two_stage.h"
 
-#include "core/scratch.h"
+#include "core/text/run_input.h"
 #include "transcode/pipeline.h"
-#include "transcode/work_input.h"
 #include "veldnls/cei.h"
 #include "veldnls/status.h"
 
 namespace veldnls {
+
+namespace {
+
+// The end of a run that lacks memory, whatever was done: nothing counts as converted, and what was held is held again.
+NlsStatus withoutMemory(const RunText& text, const TranscodeProgress& before, uint32_t* outputLength,
+                        TranscodeProgress* progress) {
+  reportLength(outputLength, 0);
+  if (progress == nullptr) return nlsNoMemory;
+  *progress = before;
+  settle(*progress, text, 0, nlsNoMemory);
+  return nlsNoMemory;
+}
+
+}  // namespace
 
 NlsStatus runTwoStages(CEI estimateSource, NlsUnicodeStage first, NlsUnicodeStage second, TranscodingPipeline* pipeline,
                        const void* input, uint32_t inputLength, void* output, uint32_t outputSize,
@@ -14,46 +27,49 @@ NlsStatus runTwoStages(CEI estimateSource, NlsUnicodeStage first, NlsUnicodeStag
   beginRun(outputLength, progress);
   QZNLS* nls = pipeline->nls;
   // The input is read again when the output stands, so that a copy is needed where they overlap.
-  WorkInput work(nls->pool);
-  if (!work.prepare(input, inputLength, output, outputSize, progress)) return nlsNoMemory;
+  RunInput<runScratchSize> work(nls->pool);
+  if (!work.open(input, inputLength, output, outputSize, progress)) return nlsNoMemory;
+  const RunText& text = work.text();
 
   uint32_t middleSize = 0;
-  estimateOutputLength(nls, estimateSource, work.data(), work.length(), U_L_UNICODE_CE, &middleSize);
+  estimateOutputLength(nls, estimateSource, text.bytes, text.length, U_L_UNICODE_CE, &middleSize);
   Scratch<runScratchSize> scratch(nls->pool);
   uint8_t* middle = scratch.reserve(middleSize);
-  if (middle == nullptr) {
-    if (progress != nullptr) work.settle(*progress, nlsNoMemory);
-    return nlsNoMemory;
-  }
+  if (middle == nullptr) return nlsNoMemory;
+  if (progress != nullptr) takeHeld(*progress, text);
 
   TranscodeOptions ownOptions = options != nullptr ? *options : TranscodeOptions{};
   ownOptions.words[0] &= ~NLS_SWAPPED_INPUT;
-  TranscodeProgress again = progress != nullptr ? *progress : TranscodeProgress{};
+  const TranscodeProgress before = progress != nullptr ? *progress : TranscodeProgress{};
   TranscodeProgress secondProgress{};
 
   uint32_t middleLength = 0;
   const NlsStatus firstStatus =
-      first(pipeline, work.data(), work.length(), middle, middleSize, &middleLength, progress, &ownOptions);
+      first(pipeline, text.bytes, text.length, middle, middleSize, &middleLength, progress, &ownOptions);
   uint32_t written = 0;
   NlsStatus status = second(pipeline, middle, middleLength, output, outputSize, &written, &secondProgress, &ownOptions);
-  if (firstStatus == nlsNoMemory || status == nlsNoMemory) {
-    if (progress != nullptr) {
-      *progress = again;
-      work.settle(*progress, nlsNoMemory);
-    }
-    return nlsNoMemory;
+  if (firstStatus == nlsNoMemory || status == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
+  // The intermediate text ends with half a surrogate pair. There is no call to come for it: it was replaced by nothing.
+  if (status == nlsIncompleteInput) {
+    status = nlsSubstituted;
+    secondProgress.flags |= NLS_PROGRESS_SUBSTITUTED;
   }
-  if (outputLength != nullptr) *outputLength = written;
+  reportLength(outputLength, written);
   if (progress == nullptr) return status;
 
+  TranscodeProgress again = before;
   uint32_t middleUsed = 0;
   NlsStatus takenStatus =
-      first(pipeline, work.data(), work.length(), middle, secondProgress.consumed, &middleUsed, &again, &ownOptions);
+      first(pipeline, text.bytes, text.length, middle, secondProgress.consumed, &middleUsed, &again, &ownOptions);
+  if (takenStatus == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
   // When all that came before an incomplete character was taken, the limited run may have had no room to see that one.
   if (firstStatus == nlsIncompleteInput && middleLength == middleUsed) takenStatus = nlsIncompleteInput;
+  // What the second stage took may end inside a pair. The limited run replaces that and ends, but the text goes on.
+  const bool whole = again.consumed == text.length;
+  if (status == nlsOutputTruncated && takenStatus == nlsSubstituted && !whole) takenStatus = nlsOutputTruncated;
   again.flags |= secondProgress.flags;
   *progress = again;
-  work.settle(*progress, takenStatus);
+  settle(*progress, text, progress->consumed, takenStatus);
 
   // A substitution by the second stage stands, unless the input ended inside a character.
   if (status != nlsSubstituted || takenStatus == nlsIncompleteInput) status = takenStatus;

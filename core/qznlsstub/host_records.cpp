@@ -35,7 +35,9 @@ VeldMemoryRecord ownMemory;
 VeldInputVector ownVector = {&ownMemory, nullptr, nullptr, nullptr, nullptr};
 
 [[gnu::destructor]] void endOwnContext() {
-  if (ownMemory.context != nullptr) xmterm(&ownVector, ownMemory.context);
+  if (ownMemory.context == nullptr) return;
+  hsmemterm(&ownVector, ownMemory.context);
+  xmterm(&ownVector, ownMemory.context);
 }
 
 bool hasContext(const VeldInputVector& records) {

@@ -7,7 +7,6 @@ namespace veldnls {
 namespace {
 
 constexpr uint32_t poolBytes = 0x2000;  // first chunk and growth step
-constexpr int32_t lengthFromHeader = -1;
 
 }  // namespace
 
@@ -27,7 +26,7 @@ void* nlsPoolAlloc(XmPool* pool, uint32_t size, uint32_t flags) {
 }
 
 NlsStatus nlsPoolFree(XmPool* pool, void* address) {
-  xmfree(hostRecords(), pool, address, lengthFromHeader);
+  xmfree(hostRecords(), pool, address, XM_SIZE_IN_HEADER);
   return 0;
 }
 

@@ -1,26 +1,26 @@
 #include <algorithm>
 
-#include "modules/qznlssb/blanks.h"
-#include "modules/qznlssb/report.h"
+#include "core/kernels/kernels.h"
+#include "core/text/blanks.h"
+#include "core/text/run_input.h"
 #include "modules/qznlssb/run_functions.h"
-#include "modules/qznlssb/run_input.h"
 #include "veldnls/nls.h"
 
 namespace veldnls {
 
 namespace {
 
-constexpr uint32_t inputScratch = 1024;
+// Stack room for a copy of the input.
+constexpr uint32_t copyScratchSize = 1024;
 
 // Maps as many bytes of `text` as the output takes and reports them.
 NlsStatus mapBytes(const TranscodingPipeline& pipeline, const RunText& text, uint8_t* output, uint32_t outputSize,
                    uint32_t* outputLength, TranscodeProgress* progress, const TranscodeOptions* options) {
   const uint32_t count = std::min(text.length, outputSize);
-  const auto pad = static_cast<uint8_t>(pipeline.source.padChar);
-  const NlsStatus status = statusOfRest(mayDropBlanks(pipeline, options), count, text.length,
-                                        [&text, pad](uint32_t index) { return text.bytes[index] == pad; });
-  const uint8_t* map = pipeline.source.byteMap;
-  for (uint32_t i = 0; i < count; ++i) output[i] = map[text.bytes[i]];
+  const Blank blank{1, pipeline.source.padChar & 0xFF};
+  const NlsStatus status =
+      statusOfRest(mayDropBlanks(pipeline.options, options), text.bytes + count, text.length - count, blank);
+  kernels().byteMap(pipeline.source.byteMap, text.bytes, output, count);
   reportLength(outputLength, count);
   if (progress != nullptr) progress->consumed = count;
   return status;
@@ -40,10 +40,8 @@ uint32_t lastDirection(const MultiByteProfile& marks, const uint8_t* text, uint3
 NlsStatus byteToByte(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                      uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                      const TranscodeOptions* options) {
-  beginReport(outputLength, progress);
-  if (inputLength == 0) return 0;
-  if (outputSize == 0) return nlsOutputTruncated;
-  RunInput<inputScratch> work(pipeline->nls->pool);
+  if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
+  RunInput<copyScratchSize> work(pipeline->nls->pool);
   if (!work.open(input, inputLength, output, outputSize, nullptr)) return nlsNoMemory;
   return mapBytes(*pipeline, work.text(), static_cast<uint8_t*>(output), outputSize, outputLength, progress, options);
 }
@@ -51,8 +49,8 @@ NlsStatus byteToByte(TranscodingPipeline* pipeline, const void* input, uint32_t 
 NlsStatus byteToByteDirectional(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                                 uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                                 const TranscodeOptions* options) {
-  beginReport(nullptr, progress);
-  RunInput<inputScratch> work(pipeline->nls->pool);
+  beginRun(nullptr, progress);
+  RunInput<copyScratchSize> work(pipeline->nls->pool);
   if (!work.open(input, inputLength, output, outputSize, nullptr)) return nlsNoMemory;
   const NlsStatus status =
       mapBytes(*pipeline, work.text(), static_cast<uint8_t*>(output), outputSize, outputLength, progress, options);

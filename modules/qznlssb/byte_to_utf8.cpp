@@ -1,29 +1,40 @@
-#include "modules/qznlssb/blanks.h"
-#include "modules/qznlssb/report.h"
+#include <algorithm>
+
+#include "core/kernels/kernels.h"
+#include "core/text/blanks.h"
+#include "core/text/run_input.h"
+#include "core/text/units.h"
+#include "core/text/utf8.h"
+#include "modules/qznlssb/byte_blanks.h"
 #include "modules/qznlssb/run_functions.h"
-#include "modules/qznlssb/run_input.h"
 #include "veldnls/nls.h"
 
 namespace veldnls {
 
 namespace {
 
-constexpr uint32_t inputScratch = 2048;
+// Bytes that are expanded at once on their way through kernels.
+constexpr size_t pieceSize = 512;
 
-uint32_t utf8Length(char16_t value) { return value < 0x80 ? 1 : value < 0x800 ? 2 : 3; }
+struct Converted {
+  size_t read;
+  size_t written;
+};
 
-void putUtf8(uint8_t* at, char16_t value, uint32_t length) {
-  if (length == 1) {
-    at[0] = static_cast<uint8_t>(value);
-    return;
+// Converts as far as pieces fit whole. No page has surrogates, so that a unit is a character.
+Converted convertPieces(const char16_t* toUnicode, const uint8_t* bytes, size_t length, uint8_t* output,
+                        size_t outputSize) {
+  const Kernels& kernel = kernels();
+  uint8_t units[pieceSize * utf16UnitBytes];
+  Converted done{0, 0};
+  while (done.read < length) {
+    const size_t count = std::min(length - done.read, pieceSize);
+    kernel.expand(toUnicode, bytes + done.read, units, count);
+    const KernelRun run = kernel.utf16ToUtf8.little(units, count, output + done.written, outputSize - done.written);
+    done = {done.read + run.read, done.written + run.written};
+    if (run.read < count) break;
   }
-  at[length - 1] = static_cast<uint8_t>(0x80 | (value & 0x3F));
-  if (length == 2) {
-    at[0] = static_cast<uint8_t>(0xC0 | value >> 6);
-    return;
-  }
-  at[1] = static_cast<uint8_t>(0x80 | (value >> 6 & 0x3F));
-  at[0] = static_cast<uint8_t>(0xE0 | value >> 12);
+  return done;
 }
 
 }  // namespace
@@ -31,26 +42,24 @@ void putUtf8(uint8_t* at, char16_t value, uint32_t length) {
 NlsStatus byteToUtf8(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                      uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                      const TranscodeOptions* options) {
-  beginReport(outputLength, progress);
-  RunInput<inputScratch> work(pipeline->nls->pool);
+  beginRun(outputLength, progress);
+  RunInput<runScratchSize> work(pipeline->nls->pool);
   if (!work.open(input, inputLength, output, outputSize, nullptr)) return nlsNoMemory;
   const uint8_t* bytes = work.text().bytes;
   const char16_t* toUnicode = pipeline->source.toUnicode;
   auto* out = static_cast<uint8_t*>(output);
-  uint32_t read = 0;
-  uint32_t written = 0;
+  auto [read, written] = convertPieces(toUnicode, bytes, inputLength, out, outputSize);
   while (read < inputLength) {
     const char16_t value = toUnicode[bytes[read]];
-    const uint32_t length = utf8Length(value);
+    const size_t length = utf8Length(value);
     if (length > outputSize - written) break;
-    putUtf8(out + written, value, length);
+    writeUtf8(out + written, value, length);
     written += length;
     ++read;
   }
-  reportLength(outputLength, written);
-  if (progress != nullptr) progress->consumed = read;
-  return statusOfRest(mayDropBlanks(*pipeline, options), read, inputLength,
-                      [bytes, toUnicode](uint32_t index) { return toUnicode[bytes[index]] == unicodeBlank; });
+  reportLength(outputLength, static_cast<uint32_t>(written));
+  if (progress != nullptr) progress->consumed = static_cast<uint32_t>(read);
+  return statusOfBytes(mayDropBlanks(pipeline->options, options), toUnicode, bytes + read, inputLength - read);
 }
 
 }  // namespace veldnls

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "modules/qznlssb/units.h"
+#include "core/text/units.h"
 
 namespace veldnls {
 
@@ -11,7 +11,7 @@ namespace {
 constexpr uint32_t shortNameUnits = 4;
 
 void putShortName(uint8_t* at, const EncodingDescriptor& row) {
-  for (uint32_t i = 0; i < shortNameUnits; ++i) storeUnit(at + i * unitBytes, row.shortName[i]);
+  for (uint32_t i = 0; i < shortNameUnits; ++i) store16(at + i * utf16UnitBytes, row.shortName[i]);
 }
 
 }  // namespace

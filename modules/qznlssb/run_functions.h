@@ -24,9 +24,9 @@ RunFunction byteToUnicode;
 // Single byte to UTF-8, likewise.
 RunFunction byteToUtf8;
 
-// Wide text to single byte. Of the progress record `flags` is replaced as a whole, by the substitution bit. A surrogate
-// pair is one substitution byte; cut by the end of a call's input it is two. Without a progress record an odd last byte
-// of UTF-16 is dropped.
+// Wide text to single byte. A call that converts replaces `flags` of the progress record as a whole, by the
+// substitution bit. A surrogate pair is one substitution byte; cut by the end of a call's input it is two. Without a
+// progress record an odd last byte of UTF-16 is dropped.
 RunFunction utf16ToByte;
 RunFunction utf32ToByte;
 

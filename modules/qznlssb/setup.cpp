@@ -1,7 +1,6 @@
 #include "modules/qznlssb/setup.h"
 
 #include "modules/qznlssb/byte_map.h"
-#include "modules/qznlssb/direct_byte_maps.h"
 #include "modules/qznlssb/run_functions.h"
 #include "modules/qznlssb/tables.h"
 #include "veldnls/cei.h"
@@ -44,6 +43,11 @@ bool setupToByte(TranscodingPipeline& pipeline, const EncodingDescriptor& source
 
 NlsStatus setupByteToByte(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                           const EncodingDescriptor* target) {
+  return setupWithDirectMaps(directByteMaps(), nls, pipeline, source, target);
+}
+
+NlsStatus setupWithDirectMaps(std::span<const DirectByteMap> maps, QZNLS* nls, TranscodingPipeline* pipeline,
+                              const EncodingDescriptor* source, const EncodingDescriptor* target) {
   pipeline->source.padChar = source->padChar;
   if ((source->flags & NLS_ENCODING_DIRECTIONAL) != 0) {
     install<byteToByteDirectional>(*pipeline);
@@ -51,7 +55,7 @@ NlsStatus setupByteToByte(QZNLS* nls, TranscodingPipeline* pipeline, const Encod
   } else {
     install<byteToByte>(*pipeline);
   }
-  const uint8_t* map = findDirectByteMap(directByteMaps(), *source, *target);
+  const uint8_t* map = findDirectByteMap(maps, *source, *target);
   if (map == nullptr) return buildByteMap(nls, pipeline, source, target);
   pipeline->source.byteMap = map;
   return 0;

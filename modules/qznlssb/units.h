@@ -1,9 +1,9 @@
-// UTF-16LE units in byte buffers, which need no alignment, and their bytes in a code page.
+// What the routes through UTF-16LE share: room for that form of a text, and the bytes of its units in a code page.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
+#include "core/text/units.h"
 #include "veldnls/cei.h"
 #include "veldnls/nls.h"
 #include "veldnls/pipeline.h"
@@ -11,18 +11,7 @@
 namespace veldnls {
 
 // UTF-16 form of a text: up to this many bytes it stands on the stack.
-inline constexpr uint32_t unitScratch = 1024;
-
-inline constexpr uint32_t unitBytes = 2;
-
-inline char16_t loadUnit(const uint8_t* at) { return static_cast<char16_t>(at[0] | at[1] << 8); }
-
-inline char16_t unitAt(const uint8_t* units, size_t index) { return loadUnit(units + unitBytes * index); }
-
-inline void storeUnit(uint8_t* at, char16_t unit) {
-  at[0] = static_cast<uint8_t>(unit);
-  at[1] = static_cast<uint8_t>(unit >> 8);
-}
+inline constexpr uint32_t unitScratchSize = 1024;
 
 // Bytes of UTF-16 to set aside for a text of the source's encoding.
 inline uint32_t estimateUnitBytes(const TranscodingPipeline& pipeline, const void* input, uint32_t inputLength) {
@@ -34,7 +23,7 @@ inline uint32_t estimateUnitBytes(const TranscodingPipeline& pipeline, const voi
 // The byte of a unit in the code page whose from-table is `pages`, or noByte. A zero in a page is a byte for U+0000
 // only.
 inline constexpr int noByte = -1;
-inline int byteOf(const uint8_t* const* pages, char16_t unit) {
+inline int byteOf(const uint8_t* const* pages, uint32_t unit) {
   const uint8_t* page = pages[unit >> 8];
   if (page == nullptr) return noByte;
   const uint8_t byte = page[unit & 0xFF];

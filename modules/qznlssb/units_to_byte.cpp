@@ -1,14 +1,19 @@
 #include "modules/qznlssb/units_to_byte.h"
 
-#include "modules/qznlssb/blanks.h"
+#include <algorithm>
+
+#include "core/kernels/kernels.h"
+#include "core/kernels/pace.h"
+#include "core/text/blanks.h"
 #include "modules/qznlssb/units.h"
 
 namespace veldnls {
 
 namespace {
 
-bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+const uint8_t* addressOf(const uint8_t* units, uint32_t index) { return units + size_t{utf16UnitBytes} * index; }
+
+uint32_t unitAt(const uint8_t* units, uint32_t index) { return load16<std::endian::little>(addressOf(units, index)); }
 
 }  // namespace
 
@@ -17,8 +22,17 @@ UnitRun unitsToByte(const TranscodingPipeline& pipeline, const uint8_t* units, u
   const uint8_t* const* pages = pipeline.source.fromUnicode;
   const uint8_t substitution = substitutionByte(pipeline);
   UnitRun run;
+  KernelPace pace;
   while (run.read < count && run.written < outputSize) {
-    const char16_t unit = unitAt(units, run.read++);
+    if (pace.due()) {
+      const size_t most = std::min(count - run.read, outputSize - run.written);
+      const size_t taken = kernels().pagesToBytes(pages, addressOf(units, run.read), output + run.written, most);
+      run.read += static_cast<uint32_t>(taken);
+      run.written += static_cast<uint32_t>(taken);
+      pace.took(taken);
+      if (taken == most) break;
+    }
+    const uint32_t unit = unitAt(units, run.read++);
     const int byte = byteOf(pages, unit);
     if (byte != noByte) {
       output[run.written++] = static_cast<uint8_t>(byte);
@@ -32,8 +46,8 @@ UnitRun unitsToByte(const TranscodingPipeline& pipeline, const uint8_t* units, u
     run.substituted = true;
   }
   if (run.read < count) {
-    run.status = statusOfRest(dropBlanks, run.read, count,
-                              [units](uint32_t index) { return unitAt(units, index) == unicodeBlank; });
+    run.status =
+        statusOfRest(dropBlanks, addressOf(units, run.read), size_t{utf16UnitBytes} * (count - run.read), utf16Blank);
   } else if (run.substituted) {
     run.status = nlsSubstituted;
   }

@@ -1,25 +1,22 @@
+#include "core/text/run_input.h"
+#include "core/text/swap.h"
 #include "modules/qznlssb/decoded_to_byte.h"
-#include "modules/qznlssb/report.h"
 #include "modules/qznlssb/run_functions.h"
-#include "modules/qznlssb/run_input.h"
-#include "modules/qznlssb/swap.h"
 
 namespace veldnls {
 
 namespace {
 
-constexpr uint32_t inputScratch = 2048;
-
-// For a source of the opposite byte order. The bytes of an incomplete last unit keep theirs, for they may be held.
+// For a source of the opposite byte order. An incomplete last unit isn't swapped: of its bytes only the number counts.
 NlsStatus swapAndConvert(TranscodingPipeline* pipeline, const RunText& text, void* output, uint32_t outputSize,
                          uint32_t* outputLength, TranscodeProgress* progress, const TranscodeOptions* options) {
   QZNLS* nls = pipeline->nls;
-  Scratch<inputScratch> scratch(nls->pool);
+  Scratch<runScratchSize> scratch(nls->pool);
   uint8_t* swapped = scratch.reserve(text.length);
   if (swapped == nullptr) return nlsNoMemory;
-  swapUtf32(text.bytes, text.length, swapped);
-  return decodedToByte(pipeline, {swapped, text.length, text.prefixed}, nls->convertUtf32ToUtf16Resumable, output,
-                       outputSize, outputLength, progress, options);
+  swapUnits32(swapped, text.bytes, text.length);
+  return decodedToByte(pipeline, text, swapped, nls->convertUtf32ToUtf16Resumable, output, outputSize, outputLength,
+                       progress, options);
 }
 
 }  // namespace
@@ -27,20 +24,17 @@ NlsStatus swapAndConvert(TranscodingPipeline* pipeline, const RunText& text, voi
 NlsStatus utf32ToByte(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                       uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                       const TranscodeOptions* options) {
-  beginReport(outputLength, progress);
-  if (inputLength == 0) return 0;
-  if (outputSize == 0) return nlsOutputTruncated;
+  if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
   QZNLS* nls = pipeline->nls;
-  RunInput<inputScratch> work(nls->pool);
-  const bool swaps = pipeline->source.swapInput != 0;
-  // The input is looked at again only with a progress record, and then in its swapped copy if there is one.
-  const bool readAgain = progress != nullptr && !swaps;
-  if (!work.open(input, inputLength, output, readAgain ? outputSize : 0, progress)) return nlsNoMemory;
-  const NlsStatus status =
-      swaps ? swapAndConvert(pipeline, work.text(), output, outputSize, outputLength, progress, options)
-            : decodedToByte(pipeline, work.text(), nls->convertUtf32ToUtf16Resumable, output, outputSize, outputLength,
-                            progress, options);
-  if (progress != nullptr) progress->flags &= NLS_PROGRESS_SUBSTITUTED;
+  RunInput<runScratchSize> work(nls->pool);
+  // The input is looked at again only with a progress record.
+  if (!work.open(input, inputLength, output, progress != nullptr ? outputSize : 0, progress)) return nlsNoMemory;
+  const RunText& text = work.text();
+  const NlsStatus status = pipeline->source.swapInput != 0
+                               ? swapAndConvert(pipeline, text, output, outputSize, outputLength, progress, options)
+                               : decodedToByte(pipeline, text, text.bytes, nls->convertUtf32ToUtf16Resumable, output,
+                                               outputSize, outputLength, progress, options);
+  if (progress != nullptr && status != nlsNoMemory) progress->flags &= NLS_PROGRESS_SUBSTITUTED;
   return status;
 }
 

@@ -1,18 +1,21 @@
-#include "modules/qznlssb/blanks.h"
-#include "modules/qznlssb/report.h"
+#include <algorithm>
+
+#include "core/kernels/kernels.h"
+#include "core/kernels/pace.h"
+#include "core/text/blanks.h"
+#include "core/text/run_input.h"
+#include "core/text/utf8.h"
 #include "modules/qznlssb/run_functions.h"
-#include "modules/qznlssb/run_input.h"
 #include "modules/qznlssb/units.h"
-#include "modules/qznlssb/utf8_sequence.h"
+#include "modules/qznlssb/units_to_byte.h"
 #include "veldnls/nls.h"
 
 namespace veldnls {
 
 namespace {
 
-constexpr uint32_t inputScratch = 2048;
-constexpr uint8_t utf8Blank = 0x20;
-constexpr uint32_t firstSupplementary = 0x10000;
+// Units that a text is decoded to at once on its way through kernels.
+constexpr size_t pieceUnits = 512;
 
 struct Utf8Run {
   uint32_t read;
@@ -28,29 +31,49 @@ Utf8Run convert(const TranscodingPipeline& pipeline, const RunText& text, uint8_
   const uint8_t substitution = substitutionByte(pipeline);
   const uint8_t* bytes = text.bytes;
   const uint32_t length = text.length;
-  uint32_t read = 0;
-  uint32_t written = 0;
+  size_t read = 0;
+  size_t written = 0;
   bool substituted = false;
+  const auto ended = [&](bool incomplete) -> Utf8Run {
+    return {static_cast<uint32_t>(read), static_cast<uint32_t>(written), substituted, incomplete};
+  };
+  KernelPace pace;
   while (read < length) {
-    const uint32_t remaining = length - read;
-    if (stopAtIncomplete && remaining <= utf8ExtraBytes(bytes[read])) return {read, written, substituted, true};
+    if (pace.due()) {
+      uint8_t units[pieceUnits * utf16UnitBytes];
+      const size_t room = std::min<size_t>(pieceUnits, outputSize - written);
+      const KernelRun decoded = kernels().utf8ToUtf16(bytes + read, length - read, units, room);
+      const auto count = static_cast<uint32_t>(decoded.written);
+      const UnitRun run = unitsToByte(pipeline, units, count, output + written, count, false);
+      read += decoded.read;
+      written += run.written;
+      substituted |= run.substituted;
+      pace.took(decoded.read);
+      if (read == length) break;
+    }
+    const size_t remaining = length - read;
+    if (stopAtIncomplete && remaining <= utf8TrailCount[bytes[read]]) return ended(true);
     if (written == outputSize) break;
-    uint32_t advance = 0;
-    const uint32_t code = readUtf8(bytes + read, remaining, advance);
-    read += advance;
-    const int byte = code < firstSupplementary ? byteOf(pages, static_cast<char16_t>(code)) : noByte;
+    const Utf8Sequence next = readUtf8(bytes + read, remaining);
+    read += next.length;
+    const int byte = next.value < firstSupplementary ? byteOf(pages, next.value) : noByte;
     if (byte == noByte) substituted = true;
     output[written++] = byte == noByte ? substitution : static_cast<uint8_t>(byte);
   }
-  return {read, written, substituted, false};
+  return ended(false);
 }
 
 NlsStatus statusOf(const Utf8Run& run, const RunText& text, bool dropBlanks) {
   if (run.incomplete) return nlsIncompleteInput;
-  const NlsStatus rest = statusOfRest(dropBlanks, run.read, text.length,
-                                      [&text](uint32_t index) { return text.bytes[index] == utf8Blank; });
+  const NlsStatus rest = statusOfRest(dropBlanks, text.bytes + run.read, text.length - run.read, utf8Blank);
   if (rest != 0) return rest;
   return run.substituted ? nlsSubstituted : 0;
+}
+
+// Unlike the other routes, this one counts as consumed only what was converted: not the bytes that it holds.
+void reportIncomplete(TranscodeProgress& progress, const RunText& text, uint32_t read) {
+  settle(progress, text, read, nlsIncompleteInput);
+  progress.consumed = read - std::min(read, text.prefixed);
 }
 
 }  // namespace
@@ -58,19 +81,20 @@ NlsStatus statusOf(const Utf8Run& run, const RunText& text, bool dropBlanks) {
 NlsStatus utf8ToByte(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                      uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                      const TranscodeOptions* options) {
-  beginReport(outputLength, progress);
-  if (inputLength == 0) return 0;
-  if (outputSize == 0) return nlsOutputTruncated;
-  RunInput<inputScratch> work(pipeline->nls->pool);
+  if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
+  RunInput<runScratchSize> work(pipeline->nls->pool);
   if (!work.open(input, inputLength, output, outputSize, progress)) return nlsNoMemory;
   const RunText& text = work.text();
   const Utf8Run run = convert(*pipeline, text, static_cast<uint8_t*>(output), outputSize, progress != nullptr);
-  const NlsStatus status = statusOf(run, text, mayDropBlanks(*pipeline, options));
+  const NlsStatus status = statusOf(run, text, mayDropBlanks(pipeline->options, options));
   reportLength(outputLength, run.written);
   if (progress == nullptr) return status;
   if (run.substituted) progress->flags |= NLS_PROGRESS_SUBSTITUTED;
-  reportTaken(*progress, text, run.read, status);
-  if (run.incomplete) hold(*progress, text.bytes + run.read, text.length - run.read);
+  if (run.incomplete) {
+    reportIncomplete(*progress, text, run.read);
+  } else {
+    settle(*progress, text, run.read, status);
+  }
   return status;
 }
 

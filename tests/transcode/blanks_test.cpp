@@ -1,5 +1,7 @@
 // Blanks that don't fit: dropped without a status where the call or the pipeline allows it.
-#include "transcode/reference.h"
+#include <algorithm>
+
+#include "reference/reference.h"
 
 namespace transcode_test {
 
@@ -98,6 +100,42 @@ TEST(Blanks, SwapsKnowTheBlankOfTheirSource) {
     const Pipeline wide(big ? U_B_UCS4_CE : U_L_UCS4_CE, big ? U_L_UCS4_CE : U_B_UCS4_CE);
     EXPECT_EQ(run(wide, utf32(U"a  ", big), 4, &dropBlanks), (Outcome{.status = 0, .bytes = utf32(U"a", !big)}));
     EXPECT_EQ(run(wide, utf32(U"a b", big), 4, &dropBlanks).status, nlsOutputTruncated);
+  }
+}
+
+// Blanks that the call before left behind are dropped with those of the input; where they may not be, they are kept.
+TEST(Blanks, HeldBlanksAreDroppedWithTheRest) {
+  const TextForm utf16le{U_L_UNICODE_CE, Form::utf16, false};
+  const TextForm utf16be{U_B_UNICODE_CE, Form::utf16, true};
+  const TextForm utf32le{U_L_UCS4_CE, Form::utf32, false};
+  const TextForm utf32be{U_B_UCS4_CE, Form::utf32, true};
+  const TextForm eight{U_UTF8_CE, Form::utf8, false};
+  for (const auto& [source, target] : {std::pair{utf16le, eight},
+                                       {utf16be, eight},
+                                       {utf32le, eight},
+                                       {utf32be, eight},
+                                       {eight, utf16le},
+                                       {utf16le, utf32be},
+                                       {utf32be, utf16le},
+                                       {utf16le, utf16le},
+                                       {utf32le, utf32le},
+                                       {utf32le, utf32be},
+                                       {eight, eight}}) {
+    SCOPED_TRACE(testing::Message() << source.cei << " to " << target.cei);
+    const Pipeline pipeline(source.cei, target.cei);
+    const Bytes held = textIn(source, U"a ");
+    TranscodeProgress before{};
+    before.pending = 1;
+    before.heldCount = static_cast<uint32_t>(held.size());
+    std::copy(held.begin(), held.end(), before.held);
+    const Bytes one = textIn(target, U"a");
+    TranscodeProgress progress = before;
+    EXPECT_EQ(resume(pipeline, textIn(source, U" "), one.size(), progress, &dropBlanks),
+              (Outcome{.status = 0, .bytes = one}));
+    EXPECT_EQ(progress.heldCount, 0u);
+    progress = before;
+    EXPECT_EQ(resume(pipeline, textIn(source, U" "), one.size(), progress),
+              (Outcome{.status = nlsOutputTruncated, .bytes = one, .pending = true, .held = textIn(source, U" ")}));
   }
 }
 

@@ -1,5 +1,5 @@
 // The twelve convert slots of the object.
-#include "transcode/reference.h"
+#include "reference/reference.h"
 
 namespace transcode_test {
 

@@ -2,9 +2,9 @@
 #include <cstring>
 
 #include "core/qznlsstub.h"
+#include "reference/reference.h"
 #include "support/death.h"
 #include "transcode/pipeline.h"
-#include "transcode/reference.h"
 
 namespace transcode_test {
 
@@ -92,6 +92,15 @@ TEST(Create, JournalTellsOfAnUnknownEncoding) {
   EXPECT_EQ(silent.output, "");
 }
 
+TEST(Create, JournalTellsOfMissingMemory) {
+  const test::Ending ending = test::runInChild([] {
+    host().memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+    nls()->createPipeline(nls(), U_UTF8_CE, U_L_UNICODE_CE, nullptr, journal);
+  });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_NE(ending.output.find("qzlStatusToJnl: Insufficient Memory\n"), std::string::npos) << ending.output;
+}
+
 TEST(Create, UnicodeAliasIsResolved) {
   const Pipeline pipeline(U_UNICODE_CE, U_L_UNICODE_CE);
   ASSERT_NE(pipeline, nullptr);
@@ -108,6 +117,99 @@ TEST(Create, AliasesWithoutAHostLanguageEndTheProcess) {
     EXPECT_NE(ending.signal, 0);
     EXPECT_NE(ending.output.find("Assertion failed: "), std::string::npos);
   }
+}
+
+CEI sessionAnswer;
+
+// While it lives, the host answers the option of the session's encoding, and `sessionAnswer` is what it says.
+class SessionEncoding {
+ public:
+  SessionEncoding() {
+    services_.size = sizeof services_;
+    services_.getOption = [](void*, const char16_t*, int32_t, int32_t type, void* buffer, int32_t*) -> NlsStatus {
+      if (type != NLS_OPTION_INTEGER) return 1;
+      std::memcpy(buffer, &sessionAnswer, sizeof sessionAnswer);
+      return 0;
+    };
+    host().memory.services = &services_;
+  }
+  ~SessionEncoding() { host().memory.services = nullptr; }
+  SessionEncoding(const SessionEncoding&) = delete;
+  SessionEncoding& operator=(const SessionEncoding&) = delete;
+
+ private:
+  NlsHostServices services_{};
+};
+
+TEST(Create, SessionEncodingOutsideTheTableIsRefused) {
+  const SessionEncoding session;
+  for (const CEI answer : {230, 5000, INT32_MAX}) {
+    sessionAnswer = answer;
+    for (const auto& [source, target] : {std::pair{0, U_L_UNICODE_CE}, {U_UTF8_CE, 0}, {0, 0}}) {
+      TranscodingPipeline record;
+      std::memset(static_cast<void*>(&record), 0x5A, sizeof record);
+      EXPECT_EQ(veldnls::initPipeline(nls(), source, target, &record, nullptr), nlsUnknownEncoding) << answer;
+      EXPECT_EQ(record.magic[0], 0x5A) << "the record is left alone";
+      EXPECT_EQ(nls()->createPipeline(nls(), source, target, nullptr, nullptr), nullptr) << answer;
+    }
+    EXPECT_EQ(nls()->createToUtf16Pipeline(nls(), 0, nullptr, nullptr), nullptr) << answer;
+    EXPECT_EQ(nls()->createFromUtf16Pipeline(nls(), 0, nullptr, nullptr), nullptr) << answer;
+  }
+  const test::Ending ending = test::runInChild([] { nls()->createPipeline(nls(), 0, 25, nullptr, journal); });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_NE(ending.output.find("QzlMessageToJnl: \n"), std::string::npos);
+}
+
+TEST(Create, SessionEncodingServesEncodingZero) {
+  const SessionEncoding session;
+  sessionAnswer = U_PCOEM850_CE;
+  const Pipeline source(0, U_L_UNICODE_CE);
+  ASSERT_NE(source, nullptr);
+  EXPECT_EQ(source->sourceCei, U_PCOEM850_CE);
+  const Pipeline target(U_L_UNICODE_CE, 0);
+  ASSERT_NE(target, nullptr);
+  EXPECT_EQ(target->targetCei, U_PCOEM850_CE);
+}
+
+// The session may be told to use the other name of utf-16le. It stays as it is, and its text is copied.
+TEST(Create, SessionEncodingUtf16IsTheSameByteOrder) {
+  const SessionEncoding session;
+  sessionAnswer = U_UNICODE_CE;
+  const Bytes text = hex("41 00 42 00 43");
+  for (const auto& [source, target] : {std::pair{0, U_L_UNICODE_CE}, {U_L_UNICODE_CE, 0}}) {
+    const Pipeline pipeline(source, target);
+    ASSERT_NE(pipeline, nullptr);
+    EXPECT_EQ(source == 0 ? pipeline->sourceCei : pipeline->targetCei, U_UNICODE_CE);
+    EXPECT_EQ(plain(pipeline, text, 8), (Outcome{.status = 0, .bytes = text}));
+    EXPECT_EQ(run(pipeline, text, 8), (Outcome{.status = 0, .bytes = text}));
+  }
+  EXPECT_EQ(plain(Pipeline(0, U_B_UNICODE_CE), hex("41 00"), 8).bytes, hex("00 41"));
+  EXPECT_EQ(plain(Pipeline(U_B_UNICODE_CE, 0), hex("41 00"), 8).bytes, hex("00 41"));
+}
+
+// An answer below 1 is none: the host's own encoding comes next, and without that encoding 0 keeps its vacant row.
+TEST(Create, NegativeSessionEncodingMeansTheHosts) {
+  const SessionEncoding session;
+  sessionAnswer = -5;
+  QZNLS* object = nls();
+  const CEI hostCei = object->hostCei;
+  const NlsStatus hostStatus = object->hostCeiStatus;
+  object->hostCei = U_WLATIN1_CE;
+  object->hostCeiStatus = 0;
+  for (const CEI answer : {-5, 0, INT32_MIN}) {
+    sessionAnswer = answer;
+    const Pipeline source(0, U_L_UNICODE_CE);
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(source->sourceCei, U_WLATIN1_CE);
+    const Pipeline target(U_UTF8_CE, 0);
+    ASSERT_NE(target, nullptr);
+    EXPECT_EQ(target->targetCei, U_WLATIN1_CE);
+  }
+  object->hostCeiStatus = nlsUnknownEncoding;
+  EXPECT_EQ(object->createPipeline(object, 0, U_L_UNICODE_CE, nullptr, nullptr), nullptr);
+  EXPECT_EQ(object->createPipeline(object, U_UTF8_CE, 0, nullptr, nullptr), nullptr);
+  object->hostCei = hostCei;
+  object->hostCeiStatus = hostStatus;
 }
 
 TEST(Create, ShortFormsOfCreation) {

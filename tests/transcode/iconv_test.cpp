@@ -2,7 +2,7 @@
 // out are the pairs of utf-16be to utf-8 and plane 16 of utf-8 to utf-16, which the library treats in its own way.
 #include <iconv.h>
 
-#include "transcode/reference.h"
+#include "reference/reference.h"
 
 namespace transcode_test {
 

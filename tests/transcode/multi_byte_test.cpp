@@ -3,7 +3,6 @@
 //
 // The test's encoding: bytes below 0x80 are themselves; any other byte leads a two-byte character, U+4E00 plus its low
 // seven bits times 256 plus the second byte. From Unicode everything else becomes "?", with a substitution.
-#include <atomic>
 #include <cstring>
 
 #include "core/qznlsstub.h"
@@ -309,6 +308,72 @@ TEST_F(MultiByte, StagesGetTheModuleTheSideAndTheOptions) {
   EXPECT_EQ(lastCall.option, NLS_ALLOW_BLANK_TRUNCATION);
 }
 
+// The bit is the run's, not the caller's.
+TEST_F(MultiByte, ACallersSwappedInputReachesNoStage) {
+  constexpr TranscodeOptions swappedInput{{NLS_SWAPPED_INPUT, 0, 0, 0}};
+  const Pipeline pipeline(U_L_UNICODE_CE, U_SHIFTJIS_CE);
+  EXPECT_EQ(run(pipeline, utf16(U"a"), 8, &swappedInput).bytes, hex("61"));
+  EXPECT_EQ(lastCall.option, 0u);
+}
+
+// A text of encoding 204 has the same room on its way as one of the target's encoding.
+TEST_F(MultiByte, TextsOfAnyEncodingPassWhole) {
+  const Pipeline pipeline(U_ANY_CE, U_SHIFTJIS_CE);
+  for (const size_t length : {1u, 2u, 4u, 7u, 1000u, 3000u}) {
+    const Bytes text(length, 'a');
+    TranscodeProgress progress{};
+    EXPECT_EQ(run(pipeline, text, 4000), (Outcome{.status = 0, .bytes = text})) << length;
+    EXPECT_EQ(resume(pipeline, text, 4000, progress),
+              (Outcome{.status = 0, .bytes = text, .consumed = static_cast<uint32_t>(length)}));
+  }
+}
+
+TEST_F(MultiByte, EmptyInputOnEveryRoute) {
+  for (const auto& [source, target] : {std::pair{U_WLATIN1_CE, U_SHIFTJIS_CE},
+                                       {U_SHIFTJIS_CE, U_WLATIN1_CE},
+                                       {U_L_UNICODE_CE, U_SHIFTJIS_CE},
+                                       {U_SHIFTJIS_CE, U_B_UNICODE_CE},
+                                       {U_L_UCS4_CE, U_IBM937_CE},
+                                       {U_SHIFTJIS_CE, U_L_UCS4_CE},
+                                       {U_UTF8_CE, U_SHIFTJIS_CE},
+                                       {U_SHIFTJIS_CE, U_UTF8_CE},
+                                       {U_UTFE_CE, U_IBM937_CE},
+                                       {U_SHIFTJIS_CE, U_UTFE_CE},
+                                       // Two stages; pairs that need no conversion.
+                                       {U_SHIFTJIS_CE, U_IBM937_CE},
+                                       {U_SHIFTJIS_CE, U_SHIFTJIS_CE},
+                                       {U_MACOS1_CE, U_SHIFTJIS_CE},
+                                       {U_IBM937_CE, U_IBM937_CE},
+                                       {U_ANY_CE, U_IBM937_CE},
+                                       {U_SHIFTJIS_CE, U_ANY_CE},
+                                       // Copies, checks, swaps and the like.
+                                       {U_WLATIN1_CE, U_LATIN1_CE},
+                                       {U_ANY_CE, U_WLATIN1_CE},
+                                       {U_ANY_CE, U_UTF8_CE},
+                                       {U_ANY_CE, U_UTFE_CE},
+                                       {U_ANY_CE, U_L_UNICODE_CE},
+                                       {U_ANY_CE, U_L_UCS4_CE},
+                                       {U_UTF8_CE, U_ANY_CE},
+                                       {U_UTF8_CE, U_UTF8_CE},
+                                       {U_UTF8_CE, U_UTFE_CE},
+                                       {U_L_UNICODE_CE, U_B_UNICODE_CE},
+                                       {U_L_UCS4_CE, U_B_UCS4_CE},
+                                       {U_UTF8_CE, U_L_UNICODE_CE},
+                                       {U_PCOEM850_CE, U_WLATIN1_CE},
+                                       {U_WLATIN1_CE, U_UTF8_CE},
+                                       {U_UTF8_CE, U_WLATIN1_CE}}) {
+    SCOPED_TRACE(testing::Message() << source << " to " << target);
+    const Pipeline pipeline(source, target);
+    ASSERT_NE(pipeline, nullptr);
+    for (const size_t room : {size_t{0}, size_t{9}}) {
+      TranscodeProgress progress{};
+      EXPECT_EQ(plain(pipeline, {}, room), Outcome{});
+      EXPECT_EQ(run(pipeline, {}, room), Outcome{});
+      EXPECT_EQ(resume(pipeline, {}, room, progress), Outcome{});
+    }
+  }
+}
+
 TEST_F(MultiByte, OneStageHoldsSplitCharacters) {
   const Pipeline pipeline(U_SHIFTJIS_CE, U_L_UNICODE_CE);
   TranscodeProgress progress{};
@@ -385,6 +450,29 @@ TEST_F(MultiByte, TwoStageSubstitutions) {
   EXPECT_EQ(cut.held, hex("80"));
 }
 
+TEST_F(MultiByte, ASubstitutionOfTheSecondStageOutweighsShortRoom) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  pipeline->target.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,
+                              uint32_t* length, TranscodeProgress* progress, const TranscodeOptions* options) {
+    const NlsStatus status = fromUnicodeStage(m, s, in, n, out, size, length, progress, options);
+    return status == nlsOutputTruncated ? NlsStatus{nlsSubstituted} : status;
+  };
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pipeline, hex("61 62 63"), 2, progress),
+            (Outcome{.status = nlsSubstituted, .bytes = hex("61 62"), .consumed = 2}));
+  EXPECT_EQ(run(pipeline, hex("61 62 63"), 2).status, nlsSubstituted);
+}
+
+TEST_F(MultiByte, AnEmptyCallFindsTheHeldBytesIncomplete) {
+  for (const CEI target : {U_EUCJP_CE, U_L_UNICODE_CE}) {
+    const Pipeline pipeline(U_SHIFTJIS_CE, target);
+    TranscodeProgress progress{};
+    resume(pipeline, hex("80"), 8, progress);
+    EXPECT_EQ(resume(pipeline, {}, 8, progress),
+              (Outcome{.status = nlsIncompleteInput, .pending = true, .held = hex("80")}));
+  }
+}
+
 TEST_F(MultiByte, OverlapGivesTheSameText) {
   const Bytes text = hex("61 80 41 62 81 42 63 82 43 64");
   for (const CEI target : {U_L_UNICODE_CE, U_EUCJP_CE}) {
@@ -425,6 +513,52 @@ TEST_F(MultiByte, StageWithoutMemory) {
     side->stage = working;
     EXPECT_EQ(resume(pipeline, hex("41"), 8, progress).bytes, hex("80 41"));
   }
+}
+
+int runsOfFirstStage;
+
+// Text was written when the run that measures the input fails: it isn't reported, and the call can be made again.
+TEST_F(MultiByte, MeasuringRunWithoutMemory) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  TranscodeProgress progress{};
+  resume(pipeline, hex("80"), 8, progress);
+  const NlsModuleStage working = pipeline->source.stage;
+  runsOfFirstStage = 0;
+  pipeline->source.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,
+                              uint32_t* length, TranscodeProgress* own, const TranscodeOptions* options) {
+    if (++runsOfFirstStage == 2) return NlsStatus{nlsNoMemory};
+    return toUnicodeStage(m, s, in, n, out, size, length, own, options);
+  };
+  const uint8_t input[] = {0x41, 0x62};
+  uint8_t output[8];
+  uint32_t written = 99;
+  EXPECT_EQ(pipeline->transcodeResumable(pipeline, input, 2, output, 8, &written, &progress, nullptr), nlsNoMemory);
+  EXPECT_EQ(runsOfFirstStage, 2);
+  EXPECT_EQ(written, 0u);
+  EXPECT_EQ(progress.consumed, 0u);
+  EXPECT_EQ(progress.pending, 1);
+  EXPECT_EQ(progress.heldCount, 1u);
+  EXPECT_EQ(progress.held[0], 0x80);
+  pipeline->source.stage = working;
+  EXPECT_EQ(resume(pipeline, input, 8, progress), (Outcome{.status = 0, .bytes = hex("80 41 62"), .consumed = 2}));
+}
+
+// As behind a trailing shift sequence: all was read, but the text can't end here. Nothing of the call before is left.
+TEST_F(MultiByte, AnIncompleteEndMayHoldNothing) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_L_UNICODE_CE);
+  TranscodeProgress progress{};
+  resume(pipeline, hex("80"), 8, progress);
+  pipeline->source.stage = [](CodePageModule*, PipelineSide*, const void*, uint32_t inputLength, void*, uint32_t,
+                              uint32_t* outputLength, TranscodeProgress* own, const TranscodeOptions*) -> NlsStatus {
+    EXPECT_EQ(inputLength, 3u);
+    EXPECT_EQ(own->pending, 0);
+    EXPECT_EQ(own->heldCount, 0u);
+    *outputLength = 0;
+    own->consumed = inputLength;
+    return nlsIncompleteInput;
+  };
+  EXPECT_EQ(resume(pipeline, hex("41 0E"), 8, progress),
+            (Outcome{.status = nlsIncompleteInput, .consumed = 2, .pending = true}));
 }
 
 TEST_F(MultiByte, ModuleKeepsItsObject) {

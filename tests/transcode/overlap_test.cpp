@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "transcode/reference.h"
+#include "reference/reference.h"
 
 namespace transcode_test {
 
@@ -71,6 +71,36 @@ TEST(Overlap, HeldBytesAheadOfAnOverlappingInput) {
   EXPECT_EQ(pipeline->transcodeResumable(pipeline, buffer, 4, buffer, 32, &written, &progress, nullptr), 0u);
   EXPECT_EQ(Bytes(buffer, buffer + written), utf16(U"\u20ACabc"));
   EXPECT_EQ(progress.consumed, 4u);
+}
+
+// The input is read again behind the output to find how much of it was taken, and what is held.
+TEST(Overlap, RunsThroughUtf16WithProgress) {
+  for (const auto& [source, target] :
+       {std::pair{U_UTF8_CE, U_UTF8_CE}, {U_UTF8_CE, U_UTFE_CE}, {U_UTFE_CE, U_UTF8_CE}, {U_UTFE_CE, U_UTFE_CE}}) {
+    const Pipeline pipeline(source, target);
+    Bytes input = run(Pipeline(U_L_UNICODE_CE, source), utf16(U"abc\u20ACz\U0001F600xyz\u20AC"), 64).bytes;
+    input.pop_back();
+    for (const size_t capacity : {size_t{4}, input.size() / 2, 2 * input.size()}) {
+      TranscodeProgress wantedProgress{};
+      const Outcome wanted = resume(pipeline, input, capacity, wantedProgress);
+      for (int distance = -reach; distance <= reach; ++distance) {
+        SCOPED_TRACE(testing::Message() << source << " to " << target << ", room " << capacity << ", at " << distance);
+        Bytes buffer(input.size() + capacity + 4 * reach);
+        uint8_t* in = buffer.data() + 2 * reach;
+        uint8_t* out = in + distance;
+        std::copy(input.begin(), input.end(), in);
+        uint32_t written = 0;
+        TranscodeProgress progress{};
+        EXPECT_EQ(pipeline->transcodeResumable(pipeline, in, static_cast<uint32_t>(input.size()), out,
+                                               static_cast<uint32_t>(capacity), &written, &progress, nullptr),
+                  wanted.status);
+        EXPECT_EQ(Bytes(out, out + written), wanted.bytes);
+        EXPECT_EQ(progress.consumed, wanted.consumed);
+        EXPECT_EQ(progress.pending != 0, wanted.pending);
+        EXPECT_EQ(Bytes(progress.held, progress.held + progress.heldCount), wanted.held);
+      }
+    }
+  }
 }
 
 // The blank rule looks at the input as it was before the copy or swap wrote on it.

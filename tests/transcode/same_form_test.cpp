@@ -242,6 +242,49 @@ TEST(Through, IncompleteEndIsHeld) {
             (Outcome{.status = 0, .bytes = hex("E2 82 AC 42"), .consumed = 2}));
 }
 
+// Stages beyond the first see no end of input, so that an empty call looks at the held bytes again.
+TEST(Through, AnEmptyCallFindsTheHeldBytesIncomplete) {
+  const Pipeline pipeline(U_UTF8_CE, U_UTFE_CE);
+  TranscodeProgress progress{};
+  resume(pipeline, hex("E2 82"), 16, progress);
+  EXPECT_EQ(resume(pipeline, {}, 16, progress),
+            (Outcome{.status = nlsIncompleteInput, .pending = true, .held = hex("E2 82")}));
+}
+
+// Half a surrogate pair at the end of the intermediate text can't wait for its other half: it is replaced by nothing.
+TEST(Through, LoneSurrogateAtTheEndIsASubstitution) {
+  const Bytes lone = run(Pipeline(U_L_UCS4_CE, U_UTFE_CE), hex("61 00 00 00 3D D8 00 00"), 64).bytes;
+  const Pipeline pipeline(U_UTFE_CE, U_UTF8_CE);
+  EXPECT_EQ(plain(pipeline, lone, 64), (Outcome{.status = nlsSubstituted, .bytes = hex("61")}));
+  EXPECT_EQ(run(pipeline, lone, 64), (Outcome{.status = nlsSubstituted, .bytes = hex("61")}));
+  const auto length = static_cast<uint32_t>(lone.size());
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pipeline, lone, 64, progress),
+            (Outcome{.status = nlsSubstituted, .bytes = hex("61"), .consumed = length, .substituted = true}));
+  // Outweighed by an input that itself ends inside a character.
+  Bytes cut = lone;
+  const Bytes euro = run(Pipeline(U_L_UNICODE_CE, U_UTFE_CE), utf16(U"\u20AC"), 8).bytes;
+  cut.push_back(euro[0]);
+  EXPECT_EQ(resume(pipeline, cut, 64, progress), (Outcome{.status = nlsIncompleteInput,
+                                                          .bytes = hex("61"),
+                                                          .consumed = length + 1,
+                                                          .substituted = true,
+                                                          .pending = true,
+                                                          .held = {euro[0]}}));
+}
+
+// U+10D800 is the unit D800 in the intermediate text and makes a pair with the unit behind it, so that the room can end
+// inside the pair of the next character. That character is replaced, and what follows is still to come.
+TEST(Through, RoomThatEndsInsideAPair) {
+  const Pipeline pipeline(U_UTF8_CE, U_UTF8_CE);
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pipeline, hex("F4 8D A0 80 F0 9F 98 80 62"), 4, progress),
+            (Outcome{.status = nlsOutputTruncated, .bytes = hex("F0 90 80 BD"), .consumed = 8, .substituted = true}));
+  EXPECT_EQ(resume(pipeline, hex("62"), 4, progress), (Outcome{.status = 0, .bytes = hex("62"), .consumed = 1}));
+  EXPECT_EQ(resume(pipeline, hex("F4 8D A0 80 F0 9F 98 80"), 4, progress),
+            (Outcome{.status = nlsSubstituted, .bytes = hex("F0 90 80 BD"), .consumed = 8, .substituted = true}));
+}
+
 TEST(Through, ShortOutputAheadOfAnIncompleteEnd) {
   const Pipeline pipeline(U_UTF8_CE, U_UTF8_CE);
   const Bytes text = hex("41 42 43 44 45 46 47 48 49 4A E2 82");

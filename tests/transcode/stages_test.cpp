@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "transcode/reference.h"
+#include "reference/reference.h"
 
 namespace transcode_test {
 

@@ -121,6 +121,22 @@ TEST_F(ByteToByte, DirectionalHasNoEarlyReturns) {
   EXPECT_EQ(route.transcode(bytesOf(" a"), 0, &dropBlanks).status, nlsOutputTruncated);
 }
 
+// The length isn't set ahead of the work, as it is elsewhere: a run without memory leaves it.
+TEST_F(ByteToByte, DirectionalLengthWithoutMemory) {
+  host.memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+  for (const CEI source : {U_WHEBREW_CE, U_WARABIC_CE, U_PCOEM850_CE}) {
+    host.memory.allowAllocation = nullptr;
+    Route route(nls, source, U_WLATIN1_CE);
+    host.memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+    Bytes memory(2000);
+    uint32_t length = 7;
+    EXPECT_EQ(route.pipeline.transcode(&route.pipeline, memory.data(), 1025, memory.data(), 1025, &length, nullptr),
+              nlsNoMemory);
+    EXPECT_EQ(length, source == U_PCOEM850_CE ? 0u : 7u) << source;
+  }
+  host.memory.allowAllocation = nullptr;
+}
+
 TEST_F(ByteToByte, OverlapAtAnyDistance) {
   for (const CEI source : {U_PCOEM850_CE, U_WHEBREW_CE}) {
     Route route(nls, source, U_EBCDIC1047_CE);

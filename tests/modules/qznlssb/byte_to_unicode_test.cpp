@@ -37,6 +37,17 @@ TEST_F(ByteToUnicode, UndefinedBytesAreSilent) {
   EXPECT_EQ(Route(nls, U_ASCII_CE, U_UTF8_CE).transcode(fromHex("A0")).output, fromHex("EF BF BD"));
 }
 
+// The bit that tells a stage of its input's byte order means nothing here, and reaches no inner stage.
+TEST_F(ByteToUnicode, SwappedInputOfTheCallerIsIgnored) {
+  constexpr TranscodeOptions swappedInput{{NLS_SWAPPED_INPUT, 0, 0, 0}};
+  for (const CEI target : unicodeTargets) {
+    Route route(nls, U_WLATIN1_CE, target);
+    const Outcome outcome = route.transcode(bytesOf("abc"), 64, &swappedInput);
+    EXPECT_EQ(outcome.status, 0u) << target;
+    EXPECT_EQ(outcome.output, route.transcode(bytesOf("abc")).output) << target;
+  }
+}
+
 TEST_F(ByteToUnicode, EmptyInput) {
   for (const CEI target : unicodeTargets) {
     Route route(nls, U_WLATIN1_CE, target);

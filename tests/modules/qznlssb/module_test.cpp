@@ -7,6 +7,7 @@
 #include "core/qznlsstub.h"
 #include "modules/qznlssb/direct_byte_maps.h"
 #include "modules/qznlssb/route.h"
+#include "modules/qznlssb/setup.h"
 
 namespace test {
 namespace {
@@ -64,10 +65,31 @@ TEST(DirectByteMaps, NoRowsFindNothing) {
   EXPECT_EQ(veldnls::findDirectByteMap({}, named(u"ab  "), named(u"cd  ")), nullptr);
 }
 
-TEST(DirectByteMaps, TableAscends) {
-  const auto rows = veldnls::directByteMaps();
-  EXPECT_TRUE(std::ranges::is_sorted(
-      rows, [](const auto& a, const auto& b) { return std::memcmp(a.key, b.key, sizeof a.key) < 0; }));
+TEST_F(Module, AMapByHandGoesBeforeOneThatIsBuilt) {
+  uint8_t byHand[256];
+  for (uint32_t byte = 0; byte < 256; ++byte) byHand[byte] = static_cast<uint8_t>(255 - byte);
+  const EncodingDescriptor& source = row(U_PCOEM850_CE);
+  const EncodingDescriptor& target = row(U_WLATIN1_CE);
+  const std::u16string names = std::u16string(source.shortName, 4) + std::u16string(target.shortName, 4);
+  const veldnls::DirectByteMap rows[] = {mapRow(std::string(names.begin(), names.end()), byHand)};
+
+  TranscodingPipeline pipeline{};
+  pipeline.nls = nls;
+  EXPECT_EQ(veldnls::setupWithDirectMaps(rows, nls, &pipeline, &source, &target), 0u);
+  EXPECT_EQ(pipeline.source.byteMap, byHand);
+  EXPECT_EQ(pipeline.flags, 0u);
+  uint8_t output = 0;
+  EXPECT_EQ(pipeline.transcode(&pipeline, "\x01", 1, &output, 1, nullptr, nullptr), 0u);
+  EXPECT_EQ(output, 0xFE);
+
+  // The other way there is no row.
+  const Route back(nls, U_WLATIN1_CE, U_PCOEM850_CE);
+  TranscodingPipeline built{};
+  built.nls = nls;
+  EXPECT_EQ(veldnls::setupWithDirectMaps(rows, nls, &built, &target, &source), 0u);
+  EXPECT_EQ(built.flags, NLS_PIPELINE_OWNS_BYTE_MAP);
+  EXPECT_TRUE(std::equal(built.source.byteMap, built.source.byteMap + 256, back.pipeline.source.byteMap));
+  veldnls::nlsPoolFree(nls->pool, const_cast<uint8_t*>(built.source.byteMap));
 }
 
 }  // namespace

@@ -55,6 +55,14 @@ Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
 Bytes utf16(std::u16string_view text, bool bigEndian) { return unitsOf(text, bigEndian); }
 Bytes utf32(std::u32string_view text, bool bigEndian) { return unitsOf(text, bigEndian); }
 
+TranscodeProgress holding(std::span<const uint8_t> bytes) {
+  TranscodeProgress progress{};
+  progress.pending = 1;
+  progress.heldCount = static_cast<uint32_t>(bytes.size());
+  std::ranges::copy(bytes, progress.held);
+  return progress;
+}
+
 Route::Route(QZNLS* nls, CEI source, CEI target) {
   pipeline.nls = nls;
   const EncodingDescriptor* sourceRow = nullptr;

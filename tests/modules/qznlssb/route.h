@@ -30,6 +30,9 @@ struct Outcome {
   Bytes output;
 };
 
+// A record that holds these bytes, at most as many as it has room for.
+TranscodeProgress holding(std::span<const uint8_t> bytes);
+
 inline constexpr TranscodeOptions dropBlanks{{NLS_ALLOW_BLANK_TRUNCATION, 0, 0, 0}};
 
 class Route {

@@ -67,6 +67,31 @@ TEST_F(UtfeToByte, HoldsAnIncompleteSequence) {
   EXPECT_TRUE(plain.output.empty());
 }
 
+// A record that holds whole characters, as another conversion may leave it: what has no room is held again, but for
+// blanks that may be dropped.
+TEST_F(UtfeToByte, HeldCharactersWithoutRoom) {
+  TranscodeProgress progress = holding(text(U"ab"));
+  EXPECT_EQ(latin.resume(text(U"c"), 1, progress).status, nlsOutputTruncated);
+  EXPECT_EQ(progress.consumed, 0u);
+  EXPECT_EQ(progress.pending, 1);
+  EXPECT_EQ(Bytes(progress.held, progress.held + progress.heldCount), text(U"b"));
+  EXPECT_EQ(latin.resume(text(U"c"), progress).output, bytesOf("bc"));
+  EXPECT_EQ(progress.consumed, 1u);
+
+  progress = holding(text(U"a "));
+  const Outcome outcome = latin.resume(text(U" "), 1, progress, &dropBlanks);
+  EXPECT_EQ(outcome.status, 0u);
+  EXPECT_EQ(outcome.output, bytesOf("a"));
+  EXPECT_EQ(progress.pending, 0);
+}
+
+TEST_F(UtfeToByte, HeldCountIsNotTrusted) {
+  TranscodeProgress progress = holding(text(U"xxxxxxxx"));
+  progress.heldCount = 0xFFFFFFF0;
+  EXPECT_EQ(latin.resume(text(U"y"), progress).output, bytesOf("xxxxxxxxy"));
+  EXPECT_EQ(progress.consumed, 1u);
+}
+
 TEST_F(UtfeToByte, ShortOutput) {
   TranscodeProgress progress{};
   const Outcome outcome = latin.resume(text(U"\u20AC\U0001F600ab"), 2, progress);

@@ -4,7 +4,6 @@
 
 #include "modules/qznlssb/oracle.h"
 #include "modules/qznlssb/route.h"
-#include "modules/qznlssb/swap.h"
 
 namespace test {
 namespace {
@@ -245,21 +244,52 @@ TEST_F(WideToByte, TooLittleRoomForHeldBytes) {
   }
 }
 
-// A record that holds whole units, as another conversion may leave it: what has no room is held again.
+// A record that holds whole units, as another conversion may leave it: what has no room is held again, as it came.
 TEST_F(WideToByte, HeldUnitsWithoutRoomAreHeldAgain) {
-  Route route(nls, U_L_UNICODE_CE, U_WLATIN1_CE);
-  TranscodeProgress progress{};
-  progress.pending = 1;
-  progress.heldCount = 6;
-  std::ranges::copy(utf16(u"abc"), progress.held);
-  Outcome outcome = route.resume(utf16(u"d"), 1, progress);
-  EXPECT_EQ(outcome.status, nlsOutputTruncated);
-  EXPECT_EQ(outcome.output, bytesOf("a"));
-  EXPECT_EQ(progress.consumed, 0u);
-  EXPECT_EQ(progress.heldCount, 4u);
-  outcome = route.resume(utf16(u"d"), progress);
-  EXPECT_EQ(outcome.output, bytesOf("bcd"));
-  EXPECT_EQ(progress.consumed, 2u);
+  for (const CEI source : wideSources) {
+    SCOPED_TRACE(source);
+    Route route(nls, source, U_WLATIN1_CE);
+    TranscodeProgress progress = holding(textFor(source, U"ab"));
+    Outcome outcome = route.resume(textFor(source, U"c"), 1, progress);
+    EXPECT_EQ(outcome.status, nlsOutputTruncated);
+    EXPECT_EQ(outcome.output, bytesOf("a"));
+    EXPECT_EQ(progress.consumed, 0u);
+    EXPECT_EQ(progress.pending, 1);
+    EXPECT_EQ(Bytes(progress.held, progress.held + progress.heldCount), textFor(source, U"b"));
+    outcome = route.resume(textFor(source, U"c"), progress);
+    EXPECT_EQ(outcome.output, bytesOf("bc"));
+    EXPECT_EQ(progress.consumed, row(source).unitSize);
+    EXPECT_EQ(progress.pending, 0);
+  }
+}
+
+TEST_F(WideToByte, HeldBlanksAreDroppedWithTheRest) {
+  for (const CEI source : wideSources) {
+    SCOPED_TRACE(source);
+    Route route(nls, source, U_WLATIN1_CE);
+    TranscodeProgress progress = holding(textFor(source, U"a "));
+    const Outcome outcome = route.resume(textFor(source, U" "), 1, progress, &dropBlanks);
+    EXPECT_EQ(outcome.status, 0u);
+    EXPECT_EQ(outcome.output, bytesOf("a"));
+    EXPECT_EQ(progress.consumed, 0u);
+    EXPECT_EQ(progress.pending, 0);
+    EXPECT_EQ(progress.heldCount, 0u);
+  }
+}
+
+// A count above the field's size is the caller's error; no byte outside of the field is read.
+TEST_F(WideToByte, HeldCountIsNotTrusted) {
+  for (const CEI source : wideSources) {
+    SCOPED_TRACE(source);
+    Route route(nls, source, U_WLATIN1_CE);
+    const size_t units = sizeof(TranscodeProgress::held) / row(source).unitSize;
+    TranscodeProgress progress = holding(textFor(source, std::u32string(units, U'x')));
+    progress.heldCount = 0xFFFFFFF0;
+    const Outcome outcome = route.resume(textFor(source, U"y"), progress);
+    EXPECT_EQ(outcome.output, bytesOf(std::string(units, 'x') + "y"));
+    EXPECT_EQ(progress.consumed, row(source).unitSize);
+    EXPECT_EQ(progress.pending, 0);
+  }
 }
 
 TEST_F(WideToByte, OptionalArgumentsMayBeNull) {
@@ -332,18 +362,6 @@ TEST_F(WideToByte, OverlapWithShortOutput) {
       EXPECT_EQ(progress.consumed, 5u * row(source).unitSize) << source << " " << distance;
     }
   }
-}
-
-TEST(Swap, WholeUnitsAndTheRest) {
-  const Bytes text = fromHex("01 02 03 04 05 06 07");
-  Bytes output(7);
-  veldnls::swapUtf16(text.data(), 7, output.data());
-  EXPECT_EQ(output, fromHex("02 01 04 03 06 05 07"));
-  veldnls::swapUtf32(text.data(), 7, output.data());
-  EXPECT_EQ(output, fromHex("04 03 02 01 05 06 07"));
-  Bytes inPlace = text;
-  veldnls::swapUtf32(inPlace.data(), 7, inPlace.data());
-  EXPECT_EQ(inPlace, output);
 }
 
 }  // namespace

@@ -7,6 +7,9 @@
 
 namespace veldnls {
 
+inline constexpr uint32_t utf16UnitBytes = 2;
+inline constexpr uint32_t utf32UnitBytes = 4;
+
 inline constexpr uint32_t replacementCharacter = 0xFFFD;
 inline constexpr uint32_t lastCodePoint = 0x10FFFF;
 inline constexpr uint32_t firstSupplementary = 0x10000;
@@ -26,7 +29,7 @@ inline uint32_t load32(const uint8_t* at) {
   }
 }
 
-// Stages write little-endian units only; a big-endian target is turned around after the run.
+// Units are written little-endian only; a big-endian target is turned around after the run.
 inline void store16(uint8_t* at, uint32_t unit) {
   at[0] = static_cast<uint8_t>(unit);
   at[1] = static_cast<uint8_t>(unit >> 8);
@@ -46,15 +49,11 @@ inline uint32_t pairValue(uint32_t high, uint32_t low) {
   return firstSupplementary + ((high & 0x3FF) << 10) + (low & 0x3FF);
 }
 
+// Writes the two units of a code point of U+10000 and above.
 inline void storePair(uint8_t* at, uint32_t value) {
   const uint32_t offset = value - firstSupplementary;
   store16(at, 0xD800 | (offset >> 10 & 0x3FF));
   store16(at + 2, 0xDC00 | (offset & 0x3FF));
 }
-
-// Whether the decoders of UTF-8 and UTF-EBCDIC write a value as a surrogate pair. Only bits 16 to 19 are looked at:
-// plane 16 (U+100000 to U+10FFFF), which has none of them set, comes out as one unit, its low 16 bits. The opposite
-// directions and UTF-32 know plane 16.
-inline bool needsPair(uint32_t value) { return (value & 0xF0000) != 0; }
 
 }  // namespace veldnls

@@ -1,0 +1,31 @@
+#include "core/kernels/tiers.h"
+
+#include "core/kernels/avx2/functions.h"
+
+namespace veldnls {
+
+using std::endian;
+
+constinit const Kernels avx2Kernels{
+    .tier = KernelTier::avx2,
+    .byteMap = avx2::byteMap,
+    .expand = avx2::expand,
+    .pagesToBytes = avx2::pagesToBytes,
+    .asciiRun = avx2::asciiRun,
+    .asciiRun16 = {avx2::asciiRun16<endian::little>, avx2::asciiRun16<endian::big>},
+    .widenAscii16 = avx2::widenAscii16,
+    .widenAscii32 = avx2::widenAscii32,
+    .narrowAscii16 = {avx2::narrowAscii16<endian::little>, avx2::narrowAscii16<endian::big>},
+    .narrowAscii32 = {avx2::narrowAscii32<endian::little>, avx2::narrowAscii32<endian::big>},
+    .swap16 = avx2::swap16,
+    .swap32 = avx2::swap32,
+    .utf8Valid = avx2::utf8Valid,
+    .utf8ToUtf16 = avx2::utf8ToUtf16,
+    .utf8ToUtf32 = avx2::utf8ToUtf32,
+    .utf16ToUtf8 = {avx2::utf16ToUtf8<endian::little>, avx2::utf16ToUtf8<endian::big>},
+    .utf16ToUtf32 = {avx2::utf16ToUtf32<endian::little>, avx2::utf16ToUtf32<endian::big>},
+    .utf32ToUtf8 = {avx2::utf32ToUtf8<endian::little>, avx2::utf32ToUtf8<endian::big>},
+    .utf32ToUtf16 = {avx2::utf32ToUtf16<endian::little>, avx2::utf32ToUtf16<endian::big>},
+};
+
+}  // namespace veldnls

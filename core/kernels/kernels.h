@@ -1,0 +1,95 @@
+// Vector kernels: the inner loops over plain bytes and units, in one form per instruction set.
+//
+// A caller writes its loop item by item and lets a kernel take the items at the front that need no decision; without
+// the call the result is the same. So a kernel may stop early for any reason, and the caller's loop must know how to
+// do every item that a kernel does.
+//
+// Texts of 16-bit and 32-bit units are passed as bytes, for they need no alignment. Counts, rooms and results are in
+// items: bytes of a byte text, units of a text of units. Units are little-endian unless the slot has two forms.
+//
+// A kernel reads nothing outside of the input's `count` items and writes nothing but the items that it reports. Input
+// and output don't overlap, but where a slot allows it. All kernels may run on any thread.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace veldnls {
+
+// The scalar form is plain C++, and what the others are tested against. `avx2` needs BMI2 also; `avx512` needs
+// AVX-512 F, BW, DQ, VL, VBMI and VBMI2.
+enum class KernelTier : uint8_t { scalar, avx2, avx512 };
+
+struct KernelRun {
+  size_t read;
+  size_t written;
+};
+
+// The two forms of a kernel whose input is of either byte order.
+template <class Kernel>
+struct ByOrder {
+  Kernel* little;
+  Kernel* big;
+
+  template <std::endian order>
+  Kernel* of() const {
+    return order == std::endian::little ? little : big;
+  }
+};
+
+// Counts how many items at the front have a property.
+using PrefixKernel = size_t(const uint8_t* in, size_t count);
+// Converts items one to one as long as they have a property, and returns how many.
+using ItemKernel = size_t(const uint8_t* in, uint8_t* out, size_t count);
+// Converts every item.
+using WholeKernel = void(const uint8_t* in, uint8_t* out, size_t count);
+// Converts whole characters as far as the input is plain and `room` items of output last.
+using TextKernel = KernelRun(const uint8_t* in, size_t count, uint8_t* out, size_t room);
+
+struct Kernels {
+  KernelTier tier;
+
+  // Each byte through a table of 256. `out` may be `in`, or begin before it.
+  void (*byteMap)(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
+  // Each byte to the UTF-16 unit that a table of 256 has for it.
+  void (*expand)(const char16_t* table, const uint8_t* in, uint8_t* out, size_t count);
+  // Each UTF-16 unit to its byte: `pages` has 256 addresses by high byte, each null or of 256 bytes by low byte. Stops
+  // at a unit without a byte, which is one whose page is null or has a zero for it; but U+0000 may have a zero.
+  size_t (*pagesToBytes)(const uint8_t* const* pages, const uint8_t* in, uint8_t* out, size_t count);
+
+  // Items below 0x80: counted; bytes made units; units made bytes.
+  PrefixKernel* asciiRun;
+  ByOrder<PrefixKernel> asciiRun16;
+  ItemKernel* widenAscii16;
+  ItemKernel* widenAscii32;
+  ByOrder<ItemKernel> narrowAscii16;
+  ByOrder<ItemKernel> narrowAscii32;
+
+  // The bytes of each unit turned around. `out` may be `in`, or begin before it.
+  WholeKernel* swap16;
+  WholeKernel* swap32;
+
+  // Bytes at the front that are whole, valid UTF-8 sequences: no surrogates, no form longer than needed, leads up to
+  // F4. The second byte of lead F4 isn't bounded, so that values up to 0x13FFFF pass.
+  PrefixKernel* utf8Valid;
+  // Stop at a sequence that isn't valid or not whole; the first, which writes surrogate pairs, also at lead F4.
+  TextKernel* utf8ToUtf16;
+  TextKernel* utf8ToUtf32;
+  // Stop at a surrogate that belongs to no pair; the big-endian form to UTF-8 at any surrogate.
+  ByOrder<TextKernel> utf16ToUtf8;
+  ByOrder<TextKernel> utf16ToUtf32;
+  // Surrogates pass; stops at values of 0x200000 and above.
+  ByOrder<TextKernel> utf32ToUtf8;
+  // Stops at surrogates and at values above 0x10FFFF.
+  ByOrder<TextKernel> utf32ToUtf16;
+};
+
+// The kernels of the best tier that the processor has, or of the one forced.
+const Kernels& kernels();
+
+// For tests: makes kernels() return those of `tier` from now on, on all threads. Returns false, and changes nothing, if
+// the processor or the build lacks it.
+bool forceKernelTier(KernelTier tier);
+
+}  // namespace veldnls

@@ -1,0 +1,188 @@
+// Each vector tier against the scalar one: every slot, every length, every alignment, against guard pages.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
+
+#include "slots.h"
+#include "support/guard.h"
+
+namespace test::kernels {
+
+namespace {
+
+using veldnls::KernelRun;
+using veldnls::Kernels;
+using veldnls::KernelTier;
+
+constexpr size_t longest = 200;
+constexpr uint8_t untouched = 0xCD;
+
+const Kernels& recordOf(KernelTier tier) {
+  const ForcedTier forced(tier);
+  return veldnls::kernels();
+}
+
+struct Outcome {
+  KernelRun run;
+  Bytes output;  // `room` units and what the kernel left of them
+};
+
+// Runs on the first `count` units at `in`, with the output at `out`, which has `room` units.
+Outcome runAt(const Slot& slot, const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  const size_t size = room * slot.outputUnit;
+  std::fill_n(out, size, untouched);
+  const KernelRun run = slot.run(kernels, in, count, out, room);
+  return {run, Bytes(out, out + size)};
+}
+
+class KernelTiers : public testing::TestWithParam<KernelTier> {
+ protected:
+  // The tier's outcome is the scalar one, or a shorter one where the slot allows that.
+  void compare(const Slot& slot, const uint8_t* in, size_t count, uint8_t* out, size_t room, const std::string& what) {
+    const Outcome expected = runAt(slot, recordOf(KernelTier::scalar), in, count, out, room);
+    const Outcome actual = runAt(slot, recordOf(GetParam()), in, count, out, room);
+    const bool ample = room >= count * slot.mostPerItem;
+    SCOPED_TRACE(slot.name + ", " + what + ", " + std::to_string(count) + " units, room " + std::to_string(room));
+    if (ample || !slot.mayStopForRoom) {
+      ASSERT_EQ(actual.run.read, expected.run.read);
+      ASSERT_EQ(actual.run.written, expected.run.written);
+      ASSERT_EQ(actual.output, expected.output);
+      return;
+    }
+    ASSERT_LE(actual.run.read, expected.run.read);
+    ASSERT_LE(actual.run.written, expected.run.written);
+    const auto size = static_cast<std::ptrdiff_t>(actual.run.written * slot.outputUnit);
+    ASSERT_TRUE(std::equal(actual.output.begin(), actual.output.begin() + size, expected.output.begin()));
+    ASSERT_TRUE(
+        std::all_of(actual.output.begin() + size, actual.output.end(), [](uint8_t byte) { return byte == untouched; }));
+    // What was read is whole characters: the scalar form gives the same for it alone.
+    const Outcome part = runAt(slot, recordOf(KernelTier::scalar), in, actual.run.read, out, room);
+    ASSERT_EQ(part.run.read, actual.run.read);
+    ASSERT_EQ(part.run.written, actual.run.written);
+  }
+};
+
+TEST_P(KernelTiers, EveryLengthAgainstGuardPages) {
+  for (const Slot& slot : slots()) {
+    const size_t unit = unitSize(slot.form);
+    GuardedBuffer input(longest * unit);
+    GuardedBuffer output(std::max<size_t>(1, longest * slot.mostPerItem * slot.outputUnit));
+    for (const Text& text : textsIn(slot.form, longest)) {
+      for (size_t count = 0; count <= longest; ++count) {
+        uint8_t* in = input.data() + input.size() - count * unit;
+        std::memcpy(in, text.bytes.data(), count * unit);
+        const size_t room = count * slot.mostPerItem;
+        uint8_t* out = output.data() + output.size() - room * slot.outputUnit;
+        compare(slot, in, count, out, room, text.name);
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+TEST_P(KernelTiers, EveryAlignment) {
+  constexpr size_t alignments = 64;
+  for (const Slot& slot : slots()) {
+    const size_t unit = unitSize(slot.form);
+    GuardedBuffer input(longest * unit + alignments, GuardedBuffer::At::start);
+    GuardedBuffer output(longest * slot.mostPerItem * slot.outputUnit + alignments, GuardedBuffer::At::start);
+    for (const Text& text : textsIn(slot.form, longest)) {
+      for (size_t alignment = 0; alignment < alignments; ++alignment) {
+        for (const size_t count : {size_t{1}, size_t{16}, size_t{67}, longest}) {
+          std::memcpy(input.data() + alignment, text.bytes.data(), count * unit);
+          compare(slot, input.data() + alignment, count, output.data() + (alignments - 1 - alignment),
+                  count * slot.mostPerItem, text.name);
+          if (HasFatalFailure()) return;
+        }
+      }
+    }
+  }
+}
+
+TEST_P(KernelTiers, EveryRoom) {
+  for (const Slot& slot : slots()) {
+    if (!slot.mayStopForRoom) continue;
+    const size_t unit = unitSize(slot.form);
+    GuardedBuffer output(longest * slot.mostPerItem * slot.outputUnit);
+    for (const Text& text : textsIn(slot.form, longest)) {
+      for (size_t room = 0; room <= longest; ++room) {
+        for (const size_t count : {room / slot.mostPerItem, room, longest}) {
+          GuardedBuffer input(std::span(text.bytes.data(), count * unit));
+          uint8_t* out = output.data() + output.size() - room * slot.outputUnit;
+          compare(slot, input.data(), count, out, room, text.name);
+          if (HasFatalFailure()) return;
+        }
+      }
+    }
+  }
+}
+
+// Exactly the room that the text needs is enough, so that a field's last block doesn't fall back.
+TEST_P(KernelTiers, ExactRoomIsEnough) {
+  for (const Slot& slot : slots()) {
+    if (!slot.mayStopForRoom) continue;
+    for (const Text& text : textsIn(slot.form, longest)) {
+      Bytes output(longest * slot.mostPerItem * slot.outputUnit);
+      const KernelRun whole =
+          slot.run(recordOf(KernelTier::scalar), text.bytes.data(), longest, output.data(), longest * slot.mostPerItem);
+      const KernelRun exact =
+          slot.run(recordOf(GetParam()), text.bytes.data(), whole.read, output.data(), whole.written);
+      ASSERT_EQ(exact.read, whole.read) << slot.name << ", " << text.name;
+      ASSERT_EQ(exact.written, whole.written) << slot.name << ", " << text.name;
+    }
+  }
+}
+
+// Slots that may work in place, or with the output in front of the input.
+TEST_P(KernelTiers, OutputAtOrBeforeInput) {
+  for (const Slot& slot : slots()) {
+    if (slot.name != "byteMap" && slot.name != "swap16" && slot.name != "swap32") continue;
+    const size_t unit = unitSize(slot.form);
+    const Bytes text = textsIn(slot.form, longest).back().bytes;
+    for (size_t count = 0; count <= longest; ++count) {
+      Bytes expected(count * unit);
+      slot.run(recordOf(KernelTier::scalar), text.data(), count, expected.data(), count);
+      for (const size_t distance : std::initializer_list<size_t>{0, 1, 2, 3, 31, 63, 64, 65, 130}) {
+        Bytes buffer(distance + count * unit);
+        std::copy_n(text.begin(), count * unit, buffer.begin() + static_cast<std::ptrdiff_t>(distance));
+        slot.run(recordOf(GetParam()), buffer.data() + distance, count, buffer.data(), count);
+        buffer.resize(count * unit);
+        ASSERT_EQ(buffer, expected) << slot.name << ", " << count << " units, distance " << distance;
+      }
+    }
+  }
+}
+
+// Every second byte behind every kind of lead, on both sides of the border between two windows.
+TEST_P(KernelTiers, SequencesAcrossWindows) {
+  for (const Slot& slot : slots()) {
+    if (slot.name != "utf8ToUtf16" && slot.name != "utf8ToUtf32" && slot.name != "utf8Valid") continue;
+    Bytes out(longest * std::max<size_t>(1, slot.outputUnit));
+    for (size_t position = 60; position < 66; ++position) {
+      for (const int lead : {0x41, 0x80, 0xC1, 0xC2, 0xE0, 0xE2, 0xED, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF}) {
+        for (int second = 0; second < 256; ++second) {
+          for (const int third : {0x80, 0xBF, 0xC0, 0x41}) {
+            Bytes text(longest, 0x61);
+            text[position] = static_cast<uint8_t>(lead);
+            text[position + 1] = static_cast<uint8_t>(second);
+            text[position + 2] = static_cast<uint8_t>(third);
+            text[position + 3] = 0x9F;
+            compare(slot, text.data(), longest, out.data(), longest * slot.mostPerItem,
+                    "around " + std::to_string(position));
+            if (HasFatalFailure()) return;
+          }
+        }
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tier, KernelTiers, testing::ValuesIn(vectorTiers()),
+                         [](const auto& tier) { return nameOf(tier.param); });
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KernelTiers);
+
+}  // namespace
+
+}  // namespace test::kernels
