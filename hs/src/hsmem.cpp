@@ -31,8 +31,6 @@ void requireMutex(const VeldInputVector* host, const char* failure, int error, i
   std::abort();
 }
 
-HtMutex* highMemoryLock(XmContext* context) { return &reinterpret_cast<ContextBlock*>(context)->highMemoryLock; }
-
 int32_t configuredState(const VeldInputVector* host) {
   int32_t value = 0;
   if (optReadInteger(host, highMemoryOption, &value) != 0) return statePages;
@@ -43,7 +41,7 @@ int32_t highMemoryState(const VeldInputVector* host, XmContext* context) {
   const std::atomic_ref<int32_t> state(context->highMemoryState);
   const int32_t known = state.load(std::memory_order_acquire);
   if (known != stateUnknown) return known;
-  HtMutex* mutex = highMemoryLock(context);
+  HtMutex* mutex = &blockOf(context)->highMemoryLock;
   requireMutex(host, "mutex_lock failed", htMutexLock(mutex), __LINE__);
   int32_t value = state.load(std::memory_order_relaxed);
   if (value == stateUnknown) {
@@ -137,6 +135,8 @@ void hsmemterm(const VeldInputVector* host, const void* handle) {
     hsTrace(host, "Aborting from invalid hsmemterm request\n");
     std::abort();
   }
-  requireMutex(host, "mutex_destroy failed", htMutexDestroy(highMemoryLock(context)), __LINE__);
-  std::atomic_ref<int32_t>(context->highMemoryState).store(stateUnknown, std::memory_order_release);
+  requireMutex(host, "mutex_destroy failed", htMutexDestroy(&blockOf(context)->highMemoryLock), __LINE__);
+  // Plain memory that is still out must go back to where it came from.
+  const std::atomic_ref<int32_t> state(context->highMemoryState);
+  if (state.load(std::memory_order_acquire) != statePlain) state.store(stateUnknown, std::memory_order_release);
 }

@@ -39,6 +39,7 @@ void hsSetProgramName(VeldInputVector* host, const char* name) {
   if (host == nullptr || host->files == nullptr) return;
   VeldFileRecord& record = *host->files;
   const size_t length = name == nullptr ? 0 : strnlen(name, programNameLimit);
-  std::memset(record.programName, 0, sizeof record.programName);
-  if (length != 0) std::memcpy(record.programName, name, length);
+  // The name may stand in the record already.
+  if (length != 0) std::memmove(record.programName, name, length);
+  std::memset(record.programName + length, 0, sizeof record.programName - length);
 }

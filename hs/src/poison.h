@@ -1,4 +1,4 @@
-// What AddressSanitizer is told of pool memory: bytes that belong to the allocator (free blocks, never-used memory,
+// What AddressSanitizer may know of pool memory: bytes that belong to the allocator (free blocks, never-used memory,
 // block headers) are closed, bytes that a caller holds are open. Without the sanitizer all of this is nothing.
 #pragma once
 

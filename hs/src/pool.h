@@ -1,5 +1,5 @@
-// The inside of the pool allocator, as its units share it. Functions here take real pools, never special handles, and
-// the context from the pool.
+// The inside of the pool allocator, as its units share it. Behind the first section, which tells what the host's
+// records mean, functions take real pools, never special handles, and the context from the pool.
 #pragma once
 
 #include "veldnls/host.h"
@@ -12,7 +12,10 @@ namespace veldnls::hs {
 struct ContextBlock {
   XmContext context;
   HtMutex highMemoryLock;  // guards the first setting of XmContext.highMemoryState
+  XmRange* indexRanges;    // memory of indexes; guarded by XmContext.lock
 };
+
+inline ContextBlock* blockOf(XmContext* context) { return reinterpret_cast<ContextBlock*>(context); }
 
 // ---- Host and context (xmcontext.cpp) ----
 
@@ -70,7 +73,7 @@ void openHighMemory(const VeldInputVector* host, ContextBlock* block);
 // ---- Chunks (xmgrow.cpp) ----
 
 // Adds `size` bytes to a pool, and returns the chunk that has them: a new one, or an old one that they continue. Null,
-// with nothing changed, when memory fails, or for 0 bytes. REQUIRES: the pool's lock.
+// with nothing changed, when memory fails, or for 0 bytes. REQUIRES: the pool's lock, or a pool that no one else knows.
 XmChunk* growPool(const VeldInputVector* host, XmPool* pool, uint32_t size);
 
 // The step by which a pool grows to hold `size` more bytes; 0 when it can't.
@@ -96,17 +99,21 @@ Taken takeAtBump(XmChunk* chunk, uint64_t size);
 
 // ---- Kinds of pool (xmblocks.cpp, xmcells.cpp, xmmark.cpp). REQUIRE: the pool's lock. ----
 
-// A block of exactly `size` bytes, a multiple of 8.
+// Sizes and addresses of blocks are multiples of this.
+inline constexpr uint32_t blockAlignment = 8;
+
+// A block of exactly `size` bytes, a multiple of `blockAlignment`.
 Taken takeBlock(const VeldInputVector* host, XmPool* pool, uint32_t size);
-// Frees a block of `size` bytes, a multiple of 8.
-void giveBlock(XmPool* pool, uint8_t* block, uint32_t size);
+// Frees a block of `size` bytes, a multiple of `blockAlignment`, that begins in the chunk.
+void giveBlock(XmPool* pool, XmChunk* chunk, uint8_t* block, uint32_t size);
 
 // A cell, without growing.
 Taken takeExistingCell(XmPool* pool);
 Taken takeCell(const VeldInputVector* host, XmPool* pool);
+// Ignores what isn't the address of a cell.
 void giveCell(XmPool* pool, uint8_t* cell);
 
-// `size` bytes, a multiple of 8.
+// `size` bytes, a multiple of `blockAlignment`.
 Taken takeMark(const VeldInputVector* host, XmPool* pool, uint32_t size);
 
 // Records that die are filled with this byte, so that a use after their end shows in a dump.

@@ -89,8 +89,8 @@ uint8_t* takeRun(XmRange* range, size_t first, size_t count, bool zeroed) {
   return start;
 }
 
-// Adds a range with room for `count` granules at the tail of the list.
-XmRange* addRange(XmContext* context, size_t count) {
+// A range with room for `count` granules.
+XmRange* makeRange(size_t count) {
   const size_t granules = std::max(count, rangeBytes / XM_GRANULE);
   const size_t page = platform::pageSize();
   const size_t head = roundUp(sizeof(XmRange) + roundUp(granules, wordBits) / 8, page);
@@ -105,9 +105,6 @@ XmRange* addRange(XmContext* context, size_t count) {
   range->memory = range->fresh = range->committed = address + head;
   range->granules = range->freeGranules = granules;
   range->mappedSize = mappedSize;
-  XmRange** tail = &context->ranges;
-  while (*tail != nullptr) tail = &(*tail)->next;
-  *tail = range;
   return range;
 }
 
@@ -131,24 +128,40 @@ void decommitFree(XmRange* range) {
   range->idle = 0;
 }
 
+// A range that can't serve isn't kept: it would be asked in vain, and another added, each time.
+uint8_t* takeFromNewRange(XmRange** ranges, size_t count, bool zeroed) {
+  XmRange** tail = ranges;
+  while (*tail != nullptr) tail = &(*tail)->next;
+  XmRange* range = makeRange(count);
+  if (range == nullptr) return nullptr;
+  uint8_t* memory = takeRun(range, 0, count, zeroed);
+  if (memory == nullptr) {
+    endRange(range);
+    return nullptr;
+  }
+  *tail = range;
+  return memory;
+}
+
 }  // namespace
 
-uint8_t* takeFromRanges(XmContext* context, uint32_t size, bool zeroed) {
+uint8_t* takeFromRanges(XmRange** ranges, uint32_t size, bool zeroed) {
   const size_t count = granulesOf(size);
-  for (XmRange* range = context->ranges; range != nullptr; range = range->next) {
+  for (XmRange* range = *ranges; range != nullptr; range = range->next) {
     const size_t first = findRun(range, count);
     if (first != range->granules) return takeRun(range, first, count, zeroed);
   }
-  XmRange* range = addRange(context, count);
-  return range != nullptr ? takeRun(range, 0, count, zeroed) : nullptr;
+  return takeFromNewRange(ranges, count, zeroed);
 }
 
-bool giveToRanges(XmContext* context, uint8_t* address, uint32_t size) {
-  XmRange** link = &context->ranges;
+bool giveToRanges(XmRange** ranges, uint8_t* address, uint32_t size) {
+  XmRange** link = ranges;
   while (*link != nullptr && (address < (*link)->memory || address >= endOf(*link))) link = &(*link)->next;
   XmRange* range = *link;
   if (range == nullptr) return false;
-  const size_t first = static_cast<size_t>(address - range->memory) / XM_GRANULE;
+  const auto offset = static_cast<size_t>(address - range->memory);
+  if (offset % XM_GRANULE != 0) return false;
+  const size_t first = offset / XM_GRANULE;
   const size_t count = granulesOf(size);
   if (count > range->granules - first || nextBit(mapOf(range), first, first + count, false) != first + count) {
     return false;
@@ -158,7 +171,7 @@ bool giveToRanges(XmContext* context, uint8_t* address, uint32_t size) {
   range->idle += count * XM_GRANULE;
   closeMemory(address, count * XM_GRANULE);
   // The only range stays, ready for the next chunk.
-  if (range->freeGranules == range->granules && (range != context->ranges || range->next != nullptr)) {
+  if (range->freeGranules == range->granules && (range != *ranges || range->next != nullptr)) {
     *link = range->next;
     endRange(range);
   } else if (range->idle > idleLimit) {
@@ -167,10 +180,10 @@ bool giveToRanges(XmContext* context, uint8_t* address, uint32_t size) {
   return true;
 }
 
-void endRanges(XmContext* context) {
-  while (context->ranges != nullptr) {
-    XmRange* range = context->ranges;
-    context->ranges = range->next;
+void endRanges(XmRange** ranges) {
+  while (*ranges != nullptr) {
+    XmRange* range = *ranges;
+    *ranges = range->next;
     endRange(range);
   }
 }

@@ -24,12 +24,12 @@ struct XmRange {
 namespace veldnls::hs {
 
 // Memory of `size` bytes, aligned to the granule, or null; on request zeroed. REQUIRES: the context's lock.
-uint8_t* takeFromRanges(XmContext* context, uint32_t size, bool zeroed);
+uint8_t* takeFromRanges(XmRange** ranges, uint32_t size, bool zeroed);
 
 // Gives back memory, or a run of neighbouring pieces. False when it isn't all handed out. REQUIRES: the context's lock.
-bool giveToRanges(XmContext* context, uint8_t* address, uint32_t size);
+bool giveToRanges(XmRange** ranges, uint8_t* address, uint32_t size);
 
 // Ends all ranges, whatever is in use.
-void endRanges(XmContext* context);
+void endRanges(XmRange** ranges);
 
 }  // namespace veldnls::hs

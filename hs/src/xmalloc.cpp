@@ -8,12 +8,12 @@
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 #include "hs/src/rounding.h"
+#include "veldnls/hostlib/hs.h"
 
 namespace veldnls::hs {
 
 namespace {
 
-constexpr uint64_t blockAlignment = 8;
 // Of whole blocks in a pool with length headers.
 constexpr uint64_t headedAlignment = 16;
 
@@ -46,6 +46,7 @@ Taken take(const VeldInputVector* host, XmPool* pool, uint32_t size, uint32_t bl
 }
 
 void* allocate(const VeldInputVector* host, XmPool* pool, uint32_t size, uint32_t flags) {
+  if (pool->kind == XM_KIND_CELLS && size > pool->cellSize) return nullptr;
   const Request request = requestFor(pool, size, flags);
   if (request.size > std::numeric_limits<uint32_t>::max()) return nullptr;
   const auto blockSize = static_cast<uint32_t>(request.size);
@@ -64,14 +65,12 @@ void* allocate(const VeldInputVector* host, XmPool* pool, uint32_t size, uint32_
 }
 
 // A dump of the process then shows who freed what isn't a block.
-[[noreturn, gnu::noinline]] __attribute__((no_sanitize("address", "undefined"))) void stopAtBadLength() {
+[[noreturn]] void stopAtBadLength() {
   std::fputs("BAD LEN ****\n", stdout);
   std::fputs("BAD LEB ****\n", stdout);
   std::fflush(stdout);
   std::fflush(stderr);
-  volatile uintptr_t nowhere = 0;
-  *reinterpret_cast<volatile char*>(nowhere) = 0;
-  std::abort();
+  hsCrash(0);
 }
 
 // The largest sizes would round up past 32 bits; no chunk holds them anyway.
@@ -80,12 +79,28 @@ uint32_t roundedSize(int32_t size) {
   return static_cast<uint32_t>(std::min(roundUp(static_cast<uint32_t>(size), blockAlignment), largest));
 }
 
-void releaseBlock(XmPool* pool, uint8_t* address, int32_t size) {
-  const bool headed = size == XM_SIZE_IN_HEADER || (pool->flags & XM_LENGTH_HEADER) != 0;
-  uint8_t* block = headed ? address - sizeof(BlockHeader) : address;
-  const uint32_t length = headed ? readClosed<BlockHeader>(block).size : roundedSize(size);
+// What of a length an overwritten header gives counts as far as it could be one.
+uint32_t lengthInHeader(const uint8_t* block) {
+  const uint32_t size = readClosed<BlockHeader>(block).size;
+  return size - size % blockAlignment;
+}
+
+// A header is read from the pool's own memory only.
+void releaseHeadedBlock(XmPool* pool, uint8_t* block) {
+  XmChunk* chunk = chunkOf(pool, block);
+  if (chunk == nullptr || chunk->end - block < ptrdiff_t{sizeof(BlockHeader)}) return;
+  const uint32_t length = lengthInHeader(block);
   if (length == 0) stopAtBadLength();
-  giveBlock(pool, block, length);
+  giveBlock(pool, chunk, block, length);
+}
+
+void releaseBlock(XmPool* pool, uint8_t* address, int32_t size) {
+  if (size == XM_SIZE_IN_HEADER || (pool->flags & XM_LENGTH_HEADER) != 0) {
+    releaseHeadedBlock(pool, address - sizeof(BlockHeader));
+    return;
+  }
+  if (size == 0) stopAtBadLength();
+  if (XmChunk* chunk = chunkOf(pool, address); chunk != nullptr) giveBlock(pool, chunk, address, roundedSize(size));
 }
 
 }  // namespace

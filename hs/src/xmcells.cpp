@@ -16,6 +16,13 @@ Taken takeFreshCell(XmChunk* chunk, uint32_t cellSize) {
   return taken;
 }
 
+// The address is that of a cell. Cells begin anew in each step by which a chunk grew.
+bool isCell(const XmPool* pool, const XmChunk* chunk, const uint8_t* address) {
+  const uint32_t step = (chunk->state & XM_CHUNK_FIRST) != 0 ? pool->initialSize : pool->extensionSize;
+  const size_t offset = static_cast<size_t>(address - chunk->start) % step;
+  return offset % pool->cellSize == 0 && step - offset >= pool->cellSize;
+}
+
 }  // namespace
 
 Taken takeExistingCell(XmPool* pool) {
@@ -38,7 +45,7 @@ Taken takeCell(const VeldInputVector* host, XmPool* pool) {
 
 void giveCell(XmPool* pool, uint8_t* cell) {
   XmChunk* chunk = chunkOf(pool, cell);
-  if (chunk == nullptr) return;
+  if (chunk == nullptr || !isCell(pool, chunk, cell)) return;
   closeMemory(cell, pool->cellSize);
   writeClosed(linkOf(cell), chunk->freeChain);
   chunk->freeChain = cell;

@@ -56,10 +56,14 @@ void endContext(XmContext* context) {
   htMutexDestroy(&context->chunkDescriptors.lock);
   htMutexDestroy(&context->supervisor.lock);
   htMutexDestroy(&context->lock);
-  endRanges(context);
+  endRanges(&context->ranges);
+  endRanges(&blockOf(context)->indexRanges);
   platform::releasePages(context, sizeof(ContextBlock));
 }
 
+XmPool* supervisorOf(XmContext* context) { return context != nullptr ? &context->supervisor : nullptr; }
+
+// What the calling thread's record holds, or null.
 XmPool* threadPool(const VeldInputVector* host) {
   if (host->threadBlock == nullptr) return nullptr;
   const auto* record = static_cast<const VeldThreadMemory*>(htTlsGet(host->threadBlock->threadKey));
@@ -75,9 +79,10 @@ XmContext* contextOf(const VeldInputVector* host) {
 XmPool* resolvePool(const VeldInputVector* host, XmPool* handle) {
   if (handle != XM_THREAD_POOL && handle != XM_SUPERVISOR_POOL) return handle;
   XmContext* context = contextOf(host);
-  if (handle == XM_SUPERVISOR_POOL) return context != nullptr ? &context->supervisor : nullptr;
+  if (handle == XM_SUPERVISOR_POOL) return supervisorOf(context);
   XmPool* own = host != nullptr ? threadPool(host) : nullptr;
-  if (own != nullptr) return own;
+  if (own == XM_SUPERVISOR_POOL) return supervisorOf(context);
+  if (own != nullptr && own != XM_THREAD_POOL) return own;
   return context != nullptr ? context->defaultPool : nullptr;
 }
 

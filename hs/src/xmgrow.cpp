@@ -3,6 +3,8 @@
 #include <limits>
 #include <new>
 
+#include "hs/src/chain_index.h"
+#include "hs/src/chunk_directory.h"
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 #include "hs/src/rounding.h"
@@ -78,11 +80,9 @@ void giveChunkMemory(const VeldInputVector* host, XmPool* pool, const XmChunk* c
 
 // The chunk that new memory continues, or null. Offsets in a chunk are 32 bits.
 XmChunk* chunkBefore(const XmPool* pool, const uint8_t* memory, uint32_t size) {
-  for (XmChunk* chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
-    if ((chunk->state & XM_CHUNK_FIRST) != 0 || chunk->end != memory) continue;
-    if (sizeOf(chunk) + uint64_t{size} <= std::numeric_limits<uint32_t>::max()) return chunk;
-  }
-  return nullptr;
+  XmChunk* chunk = chunkOf(pool, memory - 1);
+  if (chunk == nullptr || (chunk->state & XM_CHUNK_FIRST) != 0) return nullptr;
+  return sizeOf(chunk) + uint64_t{size} <= std::numeric_limits<uint32_t>::max() ? chunk : nullptr;
 }
 
 void clearFromBump(XmChunk* chunk) {
@@ -108,6 +108,7 @@ void extendChunk(XmChunk* chunk, uint32_t size, uint32_t zeroBit) {
 void linkChunk(XmPool* pool, XmChunk* chunk) {
   if (pool->kind != XM_KIND_MARK) {
     appendChunk(pool, chunk);
+    noteNewChunk(pool, chunk);
     return;
   }
   chunk->next = pool->chunks;
@@ -130,6 +131,8 @@ XmChunk* growPool(const VeldInputVector* host, XmPool* pool, uint32_t size) {
   const uint32_t zeroBit = zero != 0 ? XM_CHUNK_ZERO : 0;
   if (XmChunk* old = chunkBefore(pool, memory, size); old != nullptr) {
     extendChunk(old, size, zeroBit);
+    fitChainIndex(pool->context, old);
+    noteGrownChunk(pool, old);
     giveDescriptor(pool->context, chunk);
     return old;
   }
@@ -148,11 +151,13 @@ uint32_t growthFor(const XmPool* pool, uint64_t size) {
 }
 
 void releaseChunk(const VeldInputVector* host, XmPool* pool, XmChunk* chunk) {
+  dropChainIndex(pool->context, chunk);
   giveChunkMemory(host, pool, chunk);
   giveDescriptor(pool->context, chunk);
 }
 
 XmChunk* chunkOf(const XmPool* pool, const uint8_t* address) {
+  if (const ChunkDirectory* directory = directoryOf(pool); directory != nullptr) return chunkAt(directory, address);
   XmChunk* chunk = pool->chunks;
   while (chunk != nullptr && (address < chunk->start || address >= chunk->end)) chunk = chunk->next;
   return chunk;

@@ -3,6 +3,8 @@
 #include <limits>
 #include <new>
 
+#include "hs/src/chain_index.h"
+#include "hs/src/chunk_directory.h"
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 #include "hs/src/rounding.h"
@@ -94,6 +96,7 @@ uint32_t xmcreateChecked(const VeldInputVector* host, XmPool** out, void* /*unus
 void xmdestroy(const VeldInputVector* host, XmPool* handle) {
   XmPool* pool = resolvePool(host, handle);
   if (pool == nullptr || isBuiltIn(pool)) return;
+  dropDirectory(pool);
   while (pool->chunks != nullptr) {
     XmChunk* chunk = pool->chunks;
     pool->chunks = chunk->next;
@@ -109,9 +112,11 @@ uint32_t xmreset(const VeldInputVector* host, XmPool* handle) {
   XmPool* pool = resolvePool(host, handle);
   if (pool == nullptr) return xmNullPool;
   const PoolLock lock(pool);
+  dropDirectory(pool);
   for (XmChunk* chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
     chunk->bump = chunk->start;
     chunk->freeChain = nullptr;
+    dropChainIndex(pool->context, chunk);
     chunk->state &= ~XM_CHUNK_ZERO;
     closeMemory(chunk->start, static_cast<size_t>(chunk->end - chunk->start));
   }

@@ -10,7 +10,7 @@ void* takeSystem(const VeldInputVector* host, XmContext* context, uint32_t size,
   if (size == 0 || !mayAllocate(host, size)) return nullptr;
   const ContextLock lock(context);
   if (uint64_t{context->inUse} + size > context->limit) return nullptr;
-  void* memory = takeFromRanges(context, size, zero != nullptr && *zero != 0);
+  void* memory = takeFromRanges(&context->ranges, size, zero != nullptr && *zero != 0);
   if (memory == nullptr) return nullptr;
   context->inUse += size;
   context->highWater = std::max(context->highWater, context->inUse);
@@ -19,7 +19,9 @@ void* takeSystem(const VeldInputVector* host, XmContext* context, uint32_t size,
 
 void giveSystem(XmContext* context, void* address, uint32_t size) {
   const ContextLock lock(context);
-  if (giveToRanges(context, static_cast<uint8_t*>(address), size)) context->inUse -= size;
+  if (!giveToRanges(&context->ranges, static_cast<uint8_t*>(address), size)) return;
+  // Pieces of odd sizes that are given back together count for more than they did when they were taken.
+  context->inUse -= std::min(size, context->inUse);
 }
 
 }  // namespace veldnls::hs

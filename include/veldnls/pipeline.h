@@ -40,13 +40,16 @@ typedef struct TranscodeProgress {
   uint8_t held[8];
 } TranscodeProgress;
 
-/* Run function without progress. Converts as much as fits and never writes part of a character.
+/* Run function without progress. Converts as much as fits and never writes part of a character, unless the pair copies
+ * bytes as they are.
  *   input, inputLength    may overlap the output; a null input is allowed with length 0
  *   output, outputSize    nothing is written past outputSize
  *   outputLength          bytes written; may be null
  *   options               may be null
- * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted complete, with replacements (an
+ * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted converted with replacements (an
  * input that ends inside a character counts as such); nlsNoMemory nothing converted.
+ * nlsSubstituted hides a short output in two cases, and only `consumed` tells: U+FFFD took the last unit of room from a
+ * character of two UTF-16 units; the second stage between two multi-byte encodings replaced a character.
  * The end of a UTF-16 or UTF-32 input that is no whole unit is no replacement in three cases: from UTF-16 to a
  * single-byte encoding it is dropped without a status; a check or a change of byte order leaves it unread with
  * nlsOutputTruncated; a pipeline that copies takes every byte. */
@@ -139,8 +142,9 @@ struct TranscodingPipeline {
 };
 
 /* Makes a pipeline, or returns null: a CEI outside 0 to 229, given or answered by the host's option, no memory, or a
- * route that is refused. The reason goes to the journal if one is given. `options` and `journal` may be null. The caller
- * ends it with its `destroy`, which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a caller. */
+ * route that is refused. The reason goes to the journal if one is given. `options` and `journal` may be null. The
+ * caller ends it with its `destroy`, which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a
+ * caller. */
 typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI target, const TranscodeOptions* options,
                                                   void* journal);
 
@@ -148,8 +152,9 @@ typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI ta
 typedef TranscodingPipeline* (*NlsCreateUtf16Pipeline)(QZNLS* nls, CEI cei, const TranscodeOptions* options,
                                                        void* journal);
 
-/* Writes to `*size` an output size, in bytes, that usually suffices; from single byte or UTF-32 to shifted encodings it
- * is no bound. `input` isn't read. Returns 0. */
+/* Writes to `*size` an output size, in bytes, that usually suffices. It is no bound from single-byte to multi-byte
+ * encodings, where a target has shift sequences, for encoding 204, and for resumable runs between equal encodings,
+ * which may replace a byte by a longer character. `input` isn't read. Returns 0. */
 typedef NlsStatus (*NlsEstimateOutputLength)(QZNLS* nls, CEI source, const void* input, uint32_t inputLength,
                                              CEI target, uint32_t* size);
 

@@ -5,6 +5,7 @@
 
 #include "hs/pools_host.h"
 #include "hs/src/poison.h"
+#include "support/guard.h"
 
 namespace {
 
@@ -196,6 +197,24 @@ TEST_F(Blocks, AddressInNoChunkIsIgnored) {
   give(pool, foreign, 16);
   EXPECT_EQ(pool->chunks->freeChain, nullptr);
   EXPECT_EQ(other->chunks->freeChain, nullptr);
+}
+
+// What stands before a foreign address isn't looked at: here it can't even be read.
+TEST_F(Blocks, ForeignHeaderIsNotRead) {
+  XmPool* pool = make(1024, 0);
+  test::GuardedBuffer foreign(16, test::GuardedBuffer::At::start);
+  give(pool, foreign.data(), XM_SIZE_IN_HEADER);
+  EXPECT_EQ(pool->chunks->freeChain, nullptr);
+}
+
+// The header would begin before the chunk, or end behind it.
+TEST_F(Blocks, HeaderOutsideTheChunkIsNotRead) {
+  XmPool* pool = make(1024, 0);
+  uint8_t* start = pool->chunks->start;
+  take(pool, 1024);
+  give(pool, start, XM_SIZE_IN_HEADER);
+  give(pool, start + 1028, XM_SIZE_IN_HEADER);
+  EXPECT_EQ(pool->chunks->freeChain, nullptr);
 }
 
 TEST_F(Blocks, PoolThatCannotGrowIsFullWithItsFirstChunk) {

@@ -1,6 +1,8 @@
 // Fixed cells, as the allocator's own records use them.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "hs/pools_host.h"
 
 namespace {
@@ -15,6 +17,14 @@ constexpr int manyCalls = 600;
 class Cells : public testing::Test {
  protected:
   XmPool* make() { return xmcreate(&host.vector, 0, 0, 0); }
+
+  // Takes all descriptors there are for chunks of two pools, by turns, so that no chunk continues another.
+  void useUpDescriptors(XmPool* pool, XmPool* other) {
+    while (descriptors->chunks->bump != nullptr) {
+      ASSERT_NE(xmalloc(&host.vector, pool, 1024, 0), nullptr);
+      std::swap(pool, other);
+    }
+  }
 
   test::HostRecords host;
   XmPool* headers = &host.memory.context->poolHeaders;
@@ -70,6 +80,43 @@ TEST_F(Cells, ForeignAddressesAreIgnored) {
   EXPECT_EQ(headers->chunks->freeChain, nullptr);
 }
 
+TEST_F(Cells, WhatIsNoCellIsIgnored) {
+  XmChunk* chunk = headers->chunks;
+  make();
+  for (uint8_t* address : {chunk->start + 8, chunk->start + sizeof(XmPool) - 1, chunk->end - 8, chunk->end - 1}) {
+    xmfree(&host.vector, headers, address, sizeof(XmPool));
+    EXPECT_EQ(chunk->freeChain, nullptr);
+  }
+}
+
+// In a chunk that has grown cells begin anew with each step.
+TEST_F(Cells, WhatIsNoCellOfAMergedChunkIsIgnored) {
+  while (headers->chunks->next == nullptr) ASSERT_NE(make(), nullptr);
+  XmChunk* chunk = headers->chunks->next;
+  XmPool* last = nullptr;
+  while (chunk->end - chunk->start == static_cast<ptrdiff_t>(extensionBytes)) {
+    last = make();
+    ASSERT_NE(last, nullptr);
+  }
+  uint8_t* seam = chunk->start + extensionBytes;
+  ASSERT_EQ(reinterpret_cast<uint8_t*>(last), seam);
+  constexpr size_t cellsOfStep = extensionBytes / sizeof(XmPool);
+  static_assert(extensionBytes % sizeof(XmPool) != 0);
+  for (uint8_t* address : {seam + 8, seam - 8, chunk->start + cellsOfStep * sizeof(XmPool)}) {
+    xmfree(&host.vector, headers, address, sizeof(XmPool));
+    EXPECT_EQ(chunk->freeChain, nullptr);
+  }
+  xmdestroy(&host.vector, last);
+  EXPECT_EQ(chunk->freeChain, seam);
+}
+
+TEST_F(Cells, ACellIsAllThatOneCallGets) {
+  EXPECT_EQ(xmalloc(&host.vector, headers, sizeof(XmPool) + 1, 0), nullptr);
+  EXPECT_EQ(xmalloc(&host.vector, headers, 100'000, 0), nullptr);
+  EXPECT_NE(xmalloc(&host.vector, headers, sizeof(XmPool), 0), nullptr);
+  EXPECT_NE(xmalloc(&host.vector, headers, 1, 0), nullptr);
+}
+
 TEST_F(Cells, TheFirstDescriptorChunkDescribesItself) {
   const XmChunk* chunk = descriptors->chunks;
   EXPECT_EQ(reinterpret_cast<const uint8_t*>(chunk), chunk->start);
@@ -101,11 +148,8 @@ TEST_F(Cells, MergedChunksGiveTheirDescriptorsBack) {
 TEST_F(Cells, DescriptorsHostThemselvesWhenTheyRunOut) {
   XmPool* pool = xmcreate(&host.vector, 0, 1024, 0);
   XmPool* other = xmcreate(&host.vector, 0, 1024, 0);
-  // Two pools by turns, so that no chunk continues another and each keeps its descriptor.
-  while (descriptors->chunks->next == nullptr) {
-    ASSERT_NE(xmalloc(&host.vector, pool, 1024, 0), nullptr);
-    ASSERT_NE(xmalloc(&host.vector, other, 1024, 0), nullptr);
-  }
+  useUpDescriptors(pool, other);
+  while (descriptors->chunks->next == nullptr) ASSERT_NE(xmalloc(&host.vector, pool, 1024, 0), nullptr);
   const XmChunk* second = descriptors->chunks->next;
   EXPECT_EQ(reinterpret_cast<const uint8_t*>(second), second->start);
   EXPECT_EQ(second->end - second->start, static_cast<ptrdiff_t>(extensionBytes));
@@ -122,6 +166,35 @@ TEST_F(Cells, DescriptorsHostThemselvesWhenTheyRunOut) {
     for (const XmChunk* chunk : test::chunksOf(user)) behindUsed |= chunk == second + 1;
   }
   EXPECT_TRUE(behindUsed);
+  xmdestroy(&host.vector, pool);
+  xmdestroy(&host.vector, other);
+}
+
+// The limit forbids the chunk of descriptors, or just the chunk that the call is for.
+TEST_F(Cells, PoolsOutliveRefusedGrowthOfTheDescriptors) {
+  XmContext* context = host.memory.context;
+  XmPool* pool = xmcreate(&host.vector, 0, 1024, 0);
+  XmPool* other = xmcreate(&host.vector, 0, 1024, 0);
+  useUpDescriptors(pool, other);
+  const size_t chunks = test::chunksOf(pool).size();
+  const uint32_t inUse = context->inUse;
+
+  xmsetlimit(&host.vector, inUse + extensionBytes - 1);
+  EXPECT_EQ(xmalloc(&host.vector, pool, 1024, 0), nullptr);
+  EXPECT_EQ(context->inUse, inUse);
+  EXPECT_EQ(descriptors->chunks->next, nullptr);
+
+  xmsetlimit(&host.vector, inUse + extensionBytes + 1023);
+  EXPECT_EQ(xmalloc(&host.vector, pool, 1024, 0), nullptr);
+  EXPECT_EQ(context->inUse, inUse + extensionBytes);
+  ASSERT_NE(descriptors->chunks->next, nullptr);
+  EXPECT_EQ(test::chunksOf(pool).size(), chunks);
+
+  xmsetlimit(&host.vector, UINT32_C(0x7FFFFFFF));
+  EXPECT_NE(xmalloc(&host.vector, pool, 1024, 0), nullptr);
+  // The descriptor that was given back serves.
+  EXPECT_EQ(test::chunksOf(pool).back(), descriptors->chunks->next + 1);
+  EXPECT_NE(xmalloc(&host.vector, other, 1024, 0), nullptr);
   xmdestroy(&host.vector, pool);
   xmdestroy(&host.vector, other);
 }

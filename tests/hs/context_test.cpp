@@ -189,6 +189,20 @@ TEST_F(Handles, AThreadsOwnPoolIsItsOwn) {
   htTlsDelete(host.threadBlock.threadKey);
 }
 
+TEST_F(Handles, AThreadsRecordMayHoldASpecialHandle) {
+  ASSERT_EQ(htTlsCreate(&host.threadBlock.threadKey), 0);
+  VeldThreadMemory record{XM_SUPERVISOR_POOL};
+  htTlsSet(host.threadBlock.threadKey, &record);
+  EXPECT_EQ(xmalloc(&host.vector, XM_THREAD_POOL, 8, 0), context->supervisor.chunks->start + 8);
+  record.pool = XM_THREAD_POOL;
+  EXPECT_EQ(xmalloc(&host.vector, XM_THREAD_POOL, 8, 0), context->defaultPool->chunks->start + 8);
+  host.memory.context = nullptr;
+  record.pool = XM_SUPERVISOR_POOL;
+  EXPECT_EQ(xmalloc(&host.vector, XM_THREAD_POOL, 8, 0), nullptr);
+  host.memory.context = context;
+  htTlsDelete(host.threadBlock.threadKey);
+}
+
 TEST_F(Handles, AfterTheDefaultPoolsEndThereIsNone) {
   xmdestroy(&host.vector, XM_THREAD_POOL);
   EXPECT_EQ(context->defaultPool, nullptr);

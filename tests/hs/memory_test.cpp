@@ -1,17 +1,31 @@
 // High and executable memory.
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "hs/pools_host.h"
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 #include "support/death.h"
+
+// While set, the system makes no mutex. The program is linked so that calls of pthread_mutex_init come here.
+static bool mutexesFail = false;
+
+extern "C" {
+int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
+int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) {
+  return mutexesFail ? EAGAIN : __real_pthread_mutex_init(mutex, attributes);
+}
+}
 
 namespace {
 
@@ -261,10 +275,102 @@ TEST_F(Memory, TermTakesTheHandleOfTheInitialisation) {
   }
   const test::Ending bare = test::runInChild([&] { hsmemterm(nullptr, nullptr); });
   EXPECT_EQ(bare.signal, SIGABRT);
-  setOption(0);
+  setOption(1);
   hshifree(&host.vector, hshimalloc(&host.vector, page), page);
   hsmemterm(&host.vector, context);
   EXPECT_EQ(context->highMemoryState, -1);
+}
+
+// Memory that is still out goes back to where it came from.
+TEST_F(Memory, PoolsMayEndAfterTerm) {
+  for (const int32_t state : {0, 1}) {
+    test::HostRecords own;
+    optionValue = state;
+    own.memory.readOption = readOption;
+    const uint32_t inUse = own.memory.context->inUse;
+    XmPool* pool = xmcreate(&own.vector, page, 0, XM_HIGH_MEMORY);
+    const uint8_t* start = pool->chunks->start;
+    hsmemterm(&own.vector, own.memory.context);
+    xmdestroy(&own.vector, pool);
+    EXPECT_EQ(own.memory.context->inUse, inUse);
+    EXPECT_EQ(protectionOf(start), state == 0 ? "rw-p" : "");
+  }
+}
+
+TEST_F(Memory, HighMemoryWinsOverExecutable) {
+  setOption(1);
+  XmPool* pool = xmcreate(&host.vector, page, page, XM_HIGH_MEMORY | XM_EXECUTABLE);
+  ASSERT_NE(pool, nullptr);
+  EXPECT_EQ(optionReads, 1);
+  EXPECT_EQ(pool->chunks->state, XM_CHUNK_FIRST);
+  EXPECT_EQ(protectionOf(pool->chunks->start), "rw-p");
+  xmdestroy(&host.vector, pool);
+}
+
+// Room for two neighbours of `size` bytes that the system hands out next; null if it can't be arranged.
+class NeighbourRoom {
+ public:
+  explicit NeighbourRoom(size_t size) : size_(size), room_(map(2 * size)) {
+    constexpr int mostGaps = 10'000;
+    // The system takes the highest gap: all above the room are filled.
+    for (int i = 0; i < mostGaps; ++i) {
+      uint8_t* gap = map(size);
+      if (gap < room_) {
+        munmap(gap, size);
+        arranged_ = true;
+        return;
+      }
+      gaps_.push_back(gap);
+    }
+  }
+  ~NeighbourRoom() {
+    for (uint8_t* gap : gaps_) munmap(gap, size_);
+  }
+  NeighbourRoom(const NeighbourRoom&) = delete;
+  NeighbourRoom& operator=(const NeighbourRoom&) = delete;
+
+  bool arranged() const { return arranged_; }
+  uint8_t* first() const { return room_; }
+  uint8_t* second() const { return room_ + size_; }
+  void open(uint8_t* place) const { munmap(place, size_); }
+
+ private:
+  static uint8_t* map(size_t size) {
+    return static_cast<uint8_t*>(mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+  }
+
+  size_t size_;
+  uint8_t* room_;
+  std::vector<uint8_t*> gaps_;
+  bool arranged_ = false;
+};
+
+TEST_F(Memory, MergedPagesGoBackInOneCall) {
+  // The room is smaller than a large page, which would be aligned in its own way.
+  constexpr uint32_t size = 192 * page;
+  constexpr int notArranged = 77;
+  for (const uint32_t flags : {XM_HIGH_MEMORY, XM_EXECUTABLE}) {
+    const test::Ending ending = test::runInChild([&] {
+      setOption(2);
+      XmPool* pool = xmcreate(&host.vector, 0, size, flags);
+      const NeighbourRoom room(size);
+      if (!room.arranged()) _exit(notArranged);
+      room.open(room.first());
+      if (xmalloc(&host.vector, pool, size, 0) != room.first()) _exit(notArranged);
+      room.open(room.second());
+      if (xmalloc(&host.vector, pool, size, 0) != room.second()) _exit(notArranged);
+      if (pool->chunks->next != nullptr || pool->chunks->end != room.second() + size) std::abort();
+      xmdestroy(&host.vector, pool);
+      if (protectionOf(room.first()) + protectionOf(room.second()) != "") std::abort();
+    });
+    if (ending.exitCode == notArranged) GTEST_SKIP() << "this system places memory in its own way";
+    EXPECT_EQ(ending.signal, 0);
+    EXPECT_EQ(ending.exitCode, 0) << ending.output;
+    if (flags == XM_HIGH_MEMORY) {
+      EXPECT_TRUE(holds(ending.output, "hshifree: maddr=0x")) << ending.output;
+      EXPECT_TRUE(holds(ending.output, " msize=" + std::to_string(2 * size) + "\n")) << ending.output;
+    }
+  }
 }
 
 HtMutex* highMemoryLock(XmContext* context) {
@@ -275,6 +381,19 @@ void spoil(HtMutex* mutex) { std::memset(mutex, 0xFF, sizeof *mutex); }
 
 XmContext* spoiledContext = nullptr;
 const VeldInputVector* spoiledHost = nullptr;
+
+TEST_F(Memory, AMutexThatCannotBeMadeAborts) {
+  const test::Ending ending = test::runInChild([] {
+    VeldMemoryRecord memory{};
+    VeldInputVector vector{};
+    vector.memory = &memory;
+    mutexesFail = true;
+    xminit(&vector);
+  });
+  EXPECT_EQ(ending.signal, SIGABRT);
+  EXPECT_TRUE(holds(ending.output, " VELD- mutex_init failed: 11 file=hs/src/hsmem line=")) << ending.output;
+  EXPECT_TRUE(holds(ending.output, ": \n")) << ending.output;
+}
 
 TEST_F(Memory, MutexFailuresAbort) {
   if (test::threadSanitizer) GTEST_SKIP() << "the sanitizer stops at a spoiled mutex itself";

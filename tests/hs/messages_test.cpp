@@ -31,6 +31,23 @@ TEST_F(Messages, ZeroLengthInTheHeaderCrashes) {
   EXPECT_EQ(ending.errors, "");
 }
 
+// Less than the smallest block is as good as nothing.
+TEST_F(Messages, LengthInTheHeaderBelowABlockCrashes) {
+  uint8_t* block = take(headed, 32);
+  veldnls::hs::writeClosed(block - 8, uint32_t{7});
+  const test::Ending ending = test::runInChild([&] { give(headed, block, XM_SIZE_IN_HEADER); });
+  EXPECT_EQ(ending.signal, SIGSEGV);
+  EXPECT_EQ(ending.output, "BAD LEN ****\nBAD LEB ****\n");
+}
+
+TEST_F(Messages, OddLengthInTheHeaderIsRoundedDown) {
+  uint8_t* block = take(headed, 32);
+  take(headed, 8);
+  veldnls::hs::writeClosed(block - 8, uint32_t{29});
+  give(headed, block, XM_SIZE_IN_HEADER);
+  EXPECT_EQ(test::freeBlocks(headed->chunks), (std::vector<test::Block>{{block - 8, 24}}));
+}
+
 TEST_F(Messages, ZeroSizeWithoutHeaderCrashesToo) {
   uint8_t* block = take(pool, 32);
   const test::Ending ending = test::runInChild([&] { give(pool, block, 0); });
@@ -102,6 +119,47 @@ TEST_F(Messages, ABlockPastTheEndOfItsChunkIsReported) {
     give(pool, block + 512, 1024);
     const auto chain = test::freeBlocks(pool->chunks);
     if (chain != std::vector<test::Block>{{block + 512, 1024}}) std::abort();
+  });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_EQ(ending.errors, overlap);
+}
+
+// What is allocated afterwards ends with the chunk, however far the block was said to reach.
+TEST_F(Messages, AnAllocationAfterAFreePastTheEndStaysInTheChunk) {
+  uint8_t* block = take(pool, 1024);
+  const test::Ending ending = test::runInChild([&] {
+    give(pool, block + 512, 1024);
+    if (take(pool, 600) != nullptr) std::abort();
+    if (take(pool, 500) != block + 512) std::abort();
+    if (test::freeBlocks(pool->chunks) != std::vector<test::Block>{{block + 1016, 8}}) std::abort();
+    if (take(pool, 8) != block + 1016 || take(pool, 8) != nullptr) std::abort();
+  });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_EQ(ending.errors, overlap);
+}
+
+// -2 as a length is nearly 4 GiB.
+TEST_F(Messages, ANegativeLengthGivesNoMoreThanThereIs) {
+  uint8_t* block = take(pool, 64);
+  const test::Ending ending = test::runInChild([&] {
+    give(pool, block, -2);
+    if (take(pool, 100'000) != nullptr) std::abort();
+    if (take(pool, 1024) != block) std::abort();
+  });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_EQ(ending.errors, overlap);
+}
+
+// Not even the record of a free block has room there.
+TEST_F(Messages, ABlockInTheLastBytesIsReportedAndNotLinked) {
+  uint8_t* block = take(pool, 1024);
+  uint8_t* neighbour = take(headed, 8) - 8;
+  ASSERT_EQ(neighbour, block + 1024);
+  const auto header = veldnls::hs::readClosed<uint64_t>(neighbour);
+  const test::Ending ending = test::runInChild([&] {
+    give(pool, block + 1020, 8);
+    if (pool->chunks->freeChain != nullptr) std::abort();
+    if (veldnls::hs::readClosed<uint64_t>(neighbour) != header) std::abort();
   });
   EXPECT_EQ(ending.signal, 0);
   EXPECT_EQ(ending.errors, overlap);

@@ -74,14 +74,6 @@ TEST_F(Poison, ReturnedPagesAreOpen) {
   EXPECT_FALSE(isClosed(start));
 }
 
-#else
-
-TEST(Poison, NothingIsClosedWithoutTheSanitizer) {
-  const int value = 0;
-  veldnls::hs::closeMemory(&value, sizeof value);
-  EXPECT_FALSE(veldnls::hs::isClosed(&value));
-}
-
 #endif
 
 }  // namespace

@@ -1,11 +1,16 @@
 // Memory of chunks: neighbours, reuse, what the system gets back.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "hs/pools_host.h"
+#include "hs/src/poison.h"
+#include "support/death.h"
 
 namespace {
 
@@ -80,9 +85,45 @@ TEST_F(Ranges, WhatIsNotHandedOutIsIgnored) {
   give(nullptr, 1024);
   give(memory, 8192);
   EXPECT_EQ(context->inUse, inUse);
+  // Inside what is handed out, but not where a piece can begin.
+  give(memory + 8, 1024);
+  give(memory + 1023, 1);
+  EXPECT_EQ(context->inUse, inUse);
   give(memory, 4096);
   give(memory, 4096);
   EXPECT_EQ(context->inUse, inUse - 4096);
+}
+
+// Pieces of odd sizes that are given back together: the account ends at nothing.
+TEST_F(Ranges, TheAccountDoesNotFallBelowZero) {
+  uint8_t* first = take(1);
+  take(1024);
+  context->inUse = 1025;
+  give(first, 2048);
+  EXPECT_EQ(context->inUse, 0u);
+}
+
+// A range that can't be made accessible goes back at once.
+TEST_F(Ranges, FailedAccessLeavesNoRange) {
+#if defined(VELDNLS_ADDRESS_SANITIZER)
+  GTEST_SKIP() << "the sanitizer's own memory counts against the limit of the system";
+#endif
+  if (test::threadSanitizer) GTEST_SKIP() << "the sanitizer's own memory counts against the limit of the system";
+  constexpr int notLimited = 77;
+  const test::Ending ending = test::runInChild([&] {
+    const rlimit limit{32 * size_t{mebibyte}, 32 * size_t{mebibyte}};
+    if (setrlimit(RLIMIT_DATA, &limit) != 0) _exit(notLimited);
+    void* probe = mmap(nullptr, 100 * size_t{mebibyte}, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (probe != MAP_FAILED) _exit(notLimited);
+    const long before = addressSpacePages();
+    for (int i = 0; i < 10; ++i) {
+      if (take(100 * mebibyte) != nullptr) std::abort();
+    }
+    if (addressSpacePages() > before + 256) std::abort();
+    if (take(1024) == nullptr) std::abort();
+  });
+  if (ending.exitCode == notLimited) GTEST_SKIP() << "this system doesn't limit the data of a process";
+  EXPECT_EQ(ending.signal, 0);
 }
 
 TEST_F(Ranges, ZeroIsAskedFor) {

@@ -32,12 +32,12 @@ bool isFilled(const Held& block, uint8_t mark) {
 }
 
 // Takes and frees blocks, each filled with the thread's mark, and finds them as it left them.
-void hammer(const VeldInputVector* host, XmPool* pool, uint8_t mark, std::atomic<int>& errors) {
+void hammer(const VeldInputVector* host, XmPool* pool, uint8_t mark, std::atomic<int>& errors, size_t mostHeld = 20) {
   std::mt19937 generator(mark);
   const auto below = [&generator](size_t bound) { return static_cast<uint32_t>(generator() % bound); };
   std::vector<Held> held;
   for (int i = 0; i < rounds; ++i) {
-    if (held.size() < 20 && below(3) != 0) {
+    if (held.size() < mostHeld && below(3) != 0) {
       const uint32_t size = 1 + below(500);
       auto* block = static_cast<uint8_t*>(xmalloc(host, pool, size, XM_LENGTH_HEADER));
       if (block == nullptr) {
@@ -79,6 +79,23 @@ TEST(PoolThreads, ShareOnePool) {
   // All is free again: the first chunk is one block, or never was used up.
   EXPECT_EQ(pool->chunks->freeChain, pool->chunks->start);
   xmdestroy(&host.vector, pool);
+}
+
+// Long chains, in two pools that grow by turns: with indexes of chains and directories of chunks.
+TEST(PoolThreads, ShareIndexedPools) {
+  test::HostRecords host;
+  XmPool* growing = xmcreate(&host.vector, 1024, 1024, XM_LENGTH_HEADER);
+  XmPool* fixed = xmcreate(&host.vector, 1 << 20, 1024, XM_LENGTH_HEADER);
+  std::atomic<int> errors{0};
+  inThreads([&](uint8_t mark) {
+    hammer(&host.vector, mark % 2 == 0 ? growing : fixed, mark, errors, 300);
+    hammer(&host.vector, mark % 2 == 0 ? fixed : growing, mark, errors, 300);
+  });
+  EXPECT_EQ(errors, 0);
+  EXPECT_NE(fixed->chunks->index, nullptr);
+  EXPECT_EQ(fixed->chunks->freeChain, fixed->chunks->start);
+  xmdestroy(&host.vector, growing);
+  xmdestroy(&host.vector, fixed);
 }
 
 TEST(PoolThreads, ShareTheSpecialHandles) {

@@ -1,12 +1,13 @@
-// Trace lines.
+// Trace lines, and the end that a dump is to catch.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cctype>
+#include <csignal>
 #include <string>
 
+#include "hs/pools_host.h"
 #include "support/death.h"
-#include "support/host.h"
 #include "veldnls/hostlib/hs.h"
 
 namespace {
@@ -82,11 +83,28 @@ TEST(Trace, ProgramNameKeeps64Characters) {
   EXPECT_NE(traced(&host.vector).find(") " + std::string(64, 'c') + "- answer=42\n"), std::string::npos);
 }
 
+TEST(Trace, ProgramNameMayStandInTheRecord) {
+  test::HostRecords host;
+  hsSetProgramName(&host.vector, "the server");
+  hsSetProgramName(&host.vector, host.files.programName);
+  EXPECT_STREQ(host.files.programName, "the server");
+  hsSetProgramName(&host.vector, host.files.programName + 4);
+  EXPECT_TRUE(test::allBytes(host.files.programName + 6, sizeof host.files.programName - 6, 0));
+  EXPECT_STREQ(host.files.programName, "server");
+}
+
 TEST(Trace, ProgramNameNeedsAFileRecord) {
   VeldInputVector empty{};
   hsSetProgramName(nullptr, "server");
   hsSetProgramName(&empty, "server");
   EXPECT_NE(traced(&empty).find(") VELD- answer=42\n"), std::string::npos);
+}
+
+TEST(Crash, StoresAtTheAddress) {
+  for (const auto address : {uintptr_t{0}, uintptr_t{1}}) {
+    const test::Ending ending = test::runInChild([address] { hsCrash(address); });
+    EXPECT_EQ(ending.signal, SIGSEGV);
+  }
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ extern "C" {
 #endif
 
 /* A mutex is re-entrant: its holder may take it again, and leaves it as often. Each call returns 0, or the system's
- * error number when the mutex isn't initialised, isn't held by the caller (unlock), or is held (destroy). */
+ * error number when the mutex isn't held by the caller (unlock) or is held (destroy). It must have been initialised. */
 
 /* `attributes` must be null; else the mutex is left unset and the result is -1. */
 int32_t htMutexInit(HtMutex* mutex, const void* attributes);

@@ -6,10 +6,11 @@
  *
  * `host` is the input vector; it and its elements may be null where the call says nothing else. A pool that is named by
  * its address works on the context that it was made in, whichever the record names now. Every call that takes memory
- * asks VeldMemoryRecord.allowAllocation, with the pool's lock held.
+ * asks VeldMemoryRecord.allowAllocation, possibly with the pool's lock held.
  *
  * Pool handles: the address of a pool, XM_THREAD_POOL, XM_SUPERVISOR_POOL, or null for no pool. A special handle for
- * which there is no pool counts as null.
+ * which there is no pool counts as null. In a thread's record XM_SUPERVISOR_POOL means that pool, and XM_THREAD_POOL
+ * the default pool.
  *
  * Threads: all calls may run at once on one pool, but for xminit, xmterm and, on the pool that it ends, xmdestroy.
  * Locks are taken in the order pool, built-in pool, context.
@@ -40,8 +41,8 @@ extern "C" {
 XmContext* xminit(VeldInputVector* host);
 
 /* Ends a context: its default pool, built-in pools and locks, and all memory that xmsysalloc gave. All other pools must
- * have been destroyed; what is left of them can't be used any more. Clears the record's pointer if it names this
- * context. Null is ignored. */
+ * have been destroyed; what is left of them can't be used any more. hsmemterm, which closes the high-memory state,
+ * comes before it. Clears the record's pointer if it names this context. Null is ignored. */
 void xmterm(VeldInputVector* host, XmContext* context);
 
 /* Sets the ceiling on the bytes taken through xmsysalloc; what is taken stays. Returns 0. */
@@ -51,7 +52,7 @@ uint32_t xmsetlimit(const VeldInputVector* host, uint32_t bytes);
 
 /* Makes a pool with a first chunk of `initialSize` bytes, none for 0, that grows by multiples of `extensionSize`, or
  * not at all for 0. Both are rounded up to XM_GRANULE. `flags`: XM_ZERO, XM_LENGTH_HEADER, XM_MARK_STYLE,
- * XM_HIGH_MEMORY, XM_EXECUTABLE. Returns null when memory fails. */
+ * XM_HIGH_MEMORY, XM_EXECUTABLE; of the last two XM_HIGH_MEMORY wins. Returns null when memory fails. */
 XmPool* xmcreate(const VeldInputVector* host, uint32_t initialSize, uint32_t extensionSize, uint32_t flags);
 
 /* The same with a status: 0, or xmCreateFailed with a null `*out`. `unused` isn't looked at. */
@@ -66,20 +67,22 @@ uint32_t xmreset(const VeldInputVector* host, XmPool* pool);
 
 /* ---- Blocks ---- */
 
-/* Gives `size` bytes aligned to 8, or null when the handle is null, memory fails or the limit is reached; then the pool
- * stays valid. A size of 0 gives XM_NO_BYTES. `flags`, ORed with the pool's: XM_ZERO; XM_LENGTH_HEADER, for blocks to
- * be freed with XM_SIZE_IN_HEADER. */
+/* Gives `size` bytes aligned to 8, or null when the handle is null, memory fails, the limit is reached or a pool of
+ * cells is asked for more than a cell; the pool stays valid. A size of 0 gives XM_NO_BYTES. `flags`, ORed with the
+ * pool's: XM_ZERO; XM_LENGTH_HEADER, for blocks to be freed with XM_SIZE_IN_HEADER. */
 void* xmalloc(const VeldInputVector* host, XmPool* pool, uint32_t size, uint32_t flags);
 
 /* xmalloc on XM_THREAD_POOL with XM_ZERO and XM_LENGTH_HEADER; ends the process with code 1 if it fails. */
 void* xmallocOrExit(const VeldInputVector* host, uint32_t size);
 
 /* Frees a block. `size` is what xmalloc was asked for, or XM_SIZE_IN_HEADER; in a pool with XM_LENGTH_HEADER it isn't
- * looked at. Null, XM_NO_BYTES, an address in no chunk of the pool and all blocks of a mark-style pool are ignored.
+ * looked at. Null, XM_NO_BYTES, an address in no chunk of the pool, one that is no cell's in a pool of cells, and all
+ * blocks of a mark-style pool are ignored.
  *
  * A length of 0 means that the header was overwritten: two lines on standard output, then a store to address 0, so that
  * a dump catches the caller. A block that overlaps free memory or the end of its chunk gets a message on descriptor 2
- * and is linked all the same, unless it is on the chain already. */
+ * and is linked all the same, unless it is on the chain already or less than 8 bytes before the end. What is allocated
+ * later stays in the chunk. */
 void xmfree(const VeldInputVector* host, XmPool* pool, void* address, int32_t size);
 
 /* Take and leave the lock of a pool, given by its address. The thread that holds it may take it again, and may make any
@@ -93,7 +96,8 @@ void xmpoolunlock(XmPool* pool);
  * for zeroed memory; null doesn't. Calls that follow each other get neighbouring memory where they can. */
 void* xmsysalloc(const VeldInputVector* host, uint32_t size, int* zero);
 
-/* Gives back memory of xmsysalloc, or the whole of neighbouring pieces in one call. Other addresses are ignored. */
+/* Gives back memory of xmsysalloc, or the whole of neighbouring pieces in one call; their sizes must then be multiples
+ * of XM_GRANULE for the account to be right. Other addresses are ignored. */
 void xmsysfree(const VeldInputVector* host, void* address, uint32_t size);
 
 /* Chunks of high memory, by the integer option HIMEMENABLE: 0, or a negative value, means xmsysalloc; else whole pages
@@ -108,8 +112,8 @@ void* hscgmalloc(const VeldInputVector* host, uint32_t size, int* zero);
 /* An error of the system is traced and ends the process with code 1. */
 void hscgfree(const VeldInputVector* host, void* address, uint32_t size);
 
-/* Closes the high-memory state. `handle` is what xminit gave; with any other value the process is aborted. High memory
- * must have been given back, and none may be asked for afterwards. */
+/* Closes the high-memory state. `handle` is what xminit gave, in the record that names it; with any other value the
+ * process is aborted. High memory may still be given back afterwards, and none may be asked for. */
 void hsmemterm(const VeldInputVector* host, const void* handle);
 
 #ifdef __cplusplus

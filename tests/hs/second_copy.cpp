@@ -1,0 +1,7 @@
+#include "hs/second_copy.h"
+
+namespace test {
+
+PoolCalls secondCopy() { return ownCopy; }
+
+}  // namespace test
