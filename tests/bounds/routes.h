@@ -1,0 +1,37 @@
+// The routes that stand for all: every pair of Unicode forms, single bytes to and from each of them, bytes to bytes,
+// and pairs that copy. Tests of buffers, cuts, overlap, failing memory and threads go through this table; a new kind of
+// route is a new row.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "bounds/texts.h"
+
+namespace bounds_test {
+
+struct Encoding {
+  const char* name;
+  CEI cei;
+  TextKind kind;
+};
+
+struct Route {
+  Encoding source;
+  Encoding target;
+
+  // As utf8_to_wlatin1.
+  std::string name() const;
+  // The route's pipeline, made at the first call and shared by all.
+  TranscodingPipeline* pipeline() const;
+};
+
+const std::vector<Route>& routes();
+
+void PrintTo(const Route& route, std::ostream* stream);
+
+bool isUnicode(const Encoding& encoding);
+bool isUtf16(const Encoding& encoding);
+
+}  // namespace bounds_test

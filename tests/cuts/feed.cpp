@@ -1,0 +1,58 @@
+#include "cuts/feed.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace cuts_test {
+
+namespace {
+
+constexpr uint8_t canary = 0xCD;
+
+// Gives text[at, end) until it is taken or nothing moves. Returns how far it got.
+size_t feedPiece(TranscodingPipeline* pipeline, Span text, size_t at, size_t end, Span::size_type room,
+                 TranscodeProgress& progress, Fed& fed) {
+  Bytes output(room, canary);
+  for (;;) {
+    const Span piece = text.subspan(at, end - at);
+    uint32_t written = 0;
+    const NlsStatus status = pipeline->transcodeResumable(pipeline, piece.empty() ? nullptr : piece.data(),
+                                                          static_cast<uint32_t>(piece.size()), output.data(),
+                                                          static_cast<uint32_t>(room), &written, &progress, nullptr);
+    fed.bytes.insert(fed.bytes.end(), output.begin(), output.begin() + static_cast<std::ptrdiff_t>(written));
+    fed.substituted |= (progress.flags & NLS_PROGRESS_SUBSTITUTED) != 0;
+    // All of the piece is taken or held.
+    if (status == nlsIncompleteInput) return end;
+    if (progress.consumed > piece.size()) {
+      ADD_FAILURE() << "more consumed than there was";
+      return end;
+    }
+    at += progress.consumed;
+    if (at == end || (progress.consumed == 0 && written == 0)) return at;
+  }
+}
+
+}  // namespace
+
+void PrintTo(const Fed& fed, std::ostream* stream) {
+  *stream << test::toHex(fed.bytes) << (fed.substituted ? ", substituted" : "") << ", held " << test::toHex(fed.held)
+          << ", not taken " << fed.notTaken;
+}
+
+Fed feed(TranscodingPipeline* pipeline, Span text, std::span<const size_t> lengths, size_t room,
+         TranscodeProgress& progress) {
+  Fed fed;
+  size_t at = 0;
+  size_t end = 0;
+  for (const size_t length : lengths) {
+    end += length;
+    at = feedPiece(pipeline, text, at, end, room, progress, fed);
+  }
+  if (end < text.size() || lengths.empty()) at = feedPiece(pipeline, text, at, text.size(), room, progress, fed);
+  fed.notTaken = text.size() - at;
+  if (progress.pending != 0) fed.held.assign(progress.held, progress.held + std::min(progress.heldCount, 8u));
+  return fed;
+}
+
+}  // namespace cuts_test

@@ -1,0 +1,167 @@
+#include "threads/rounds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <barrier>
+#include <random>
+#include <thread>
+
+#include "bounds/routes.h"
+#include "core/qznlsstub.h"
+
+namespace threads_test {
+
+namespace {
+
+using bounds_test::Bytes;
+using bounds_test::Condition;
+using bounds_test::makeText;
+using bounds_test::Route;
+using bounds_test::routes;
+using transcode_test::nls;
+
+// A text on a route, and what a single thread makes of it.
+struct Job {
+  const Route* route;
+  Bytes text;
+  Bytes wanted = {};
+  NlsStatus status = 0;
+};
+
+struct Converted {
+  NlsStatus status;
+  Bytes bytes;
+};
+
+Converted convert(TranscodingPipeline* pipeline, const Bytes& text) {
+  Bytes output(5 * text.size() + 16);
+  uint32_t written = 0;
+  TranscodeProgress progress{};
+  const NlsStatus status =
+      pipeline->transcodeResumable(pipeline, text.data(), static_cast<uint32_t>(text.size()), output.data(),
+                                   static_cast<uint32_t>(output.size()), &written, &progress, nullptr);
+  output.resize(written);
+  return {status, output};
+}
+
+std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, bool singleByteOnly) {
+  std::vector<Job> jobs;
+  for (const Route& route : routes()) {
+    const bool singleByte =
+        route.pipeline()->source.toUnicode != nullptr || route.pipeline()->source.byteMap != nullptr;
+    if (singleByteOnly && !singleByte) continue;
+    for (const size_t length : lengths) {
+      Job job{&route, makeText(route.source.kind, Condition::damaged, 3, length)};
+      Converted alone = convert(route.pipeline(), job.text);
+      job.wanted = std::move(alone.bytes);
+      job.status = alone.status;
+      jobs.push_back(std::move(job));
+    }
+  }
+  return jobs;
+}
+
+bool succeeds(TranscodingPipeline* pipeline, const Job& job) {
+  if (pipeline == nullptr) return false;
+  const Converted converted = convert(pipeline, job.text);
+  return converted.status == job.status && converted.bytes == job.wanted;
+}
+
+// Runs `body(index)` on many threads and waits for them.
+template <class Body>
+void onThreads(int count, Body body) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < count; ++i) threads.emplace_back([&body, i] { body(static_cast<size_t>(i)); });
+  for (std::thread& thread : threads) thread.join();
+}
+
+void unloadSingleByteModule() {
+  nls()->singleByteModule->destroy(nls()->singleByteModule);
+  nls()->singleByteModule = nullptr;
+}
+
+}  // namespace
+
+void makeFirstPipelinesAtOnce(int rounds) {
+  constexpr int threadCount = 64;
+  const std::vector<Job> jobs = makeJobs({24}, true);
+  ASSERT_FALSE(jobs.empty());
+  unloadSingleByteModule();
+  std::atomic<int> failures = 0;
+  std::barrier start(threadCount);
+  std::barrier<void (*)() noexcept> end(threadCount, []() noexcept { unloadSingleByteModule(); });
+  onThreads(threadCount, [&](size_t index) {
+    for (int round = 0; round < rounds; ++round) {
+      const Job& job = jobs[(index + static_cast<size_t>(round)) % jobs.size()];
+      start.arrive_and_wait();
+      TranscodingPipeline* pipeline =
+          nls()->createPipeline(nls(), job.route->source.cei, job.route->target.cei, nullptr, nullptr);
+      if (!succeeds(pipeline, job)) ++failures;
+      if (pipeline != nullptr) pipeline->destroy(pipeline);
+      end.arrive_and_wait();
+    }
+  });
+  EXPECT_EQ(failures, 0);
+}
+
+void hammerSharedPipelines(int rounds) {
+  constexpr int threadCount = 16;
+  const std::vector<Job> jobs = makeJobs({40, 3000}, false);
+  std::vector<TranscodingPipeline*> pipelines;
+  for (const Job& job : jobs) pipelines.push_back(job.route->pipeline());
+  std::atomic<int> failures = 0;
+  std::barrier start(threadCount);
+  onThreads(threadCount, [&](size_t index) {
+    start.arrive_and_wait();
+    for (int round = 0; round < rounds; ++round) {
+      for (size_t i = 0; i < jobs.size(); ++i) {
+        const size_t place = (i + 7 * index) % jobs.size();
+        if (!succeeds(pipelines[place], jobs[place])) ++failures;
+      }
+    }
+  });
+  EXPECT_EQ(failures, 0);
+}
+
+void hammerOnePool(int rounds) {
+  constexpr int threadCount = 16;
+  constexpr size_t blockCount = 32;
+  constexpr uint32_t largest = 5000;
+  struct Block {
+    uint8_t* at = nullptr;
+    uint32_t size = 0;
+  };
+  std::atomic<int> failures = 0;
+  std::barrier start(threadCount);
+  onThreads(threadCount, [&](size_t index) {
+    std::mt19937 random(static_cast<uint32_t>(index));
+    const auto stamp = static_cast<uint8_t>(index + 1);
+    std::vector<Block> blocks(blockCount);
+    const auto giveBack = [&](Block& block) {
+      const auto foreign = [stamp](uint8_t byte) { return byte != stamp; };
+      if (std::any_of(block.at, block.at + block.size, foreign)) ++failures;
+      veldnls::nlsPoolFree(nls()->pool, block.at);
+      block = {};
+    };
+    start.arrive_and_wait();
+    for (int round = 0; round < rounds; ++round) {
+      Block& block = blocks[random() % blockCount];
+      if (block.at != nullptr) giveBack(block);
+      block.size = static_cast<uint32_t>(random()) % largest + 1;
+      block.at = static_cast<uint8_t*>(veldnls::nlsPoolAlloc(nls()->pool, block.size, 0));
+      if (block.at == nullptr) {
+        ++failures;
+        continue;
+      }
+      std::fill_n(block.at, block.size, stamp);
+    }
+    for (Block& block : blocks) {
+      if (block.at != nullptr) giveBack(block);
+    }
+  });
+  EXPECT_EQ(failures, 0);
+}
+
+}  // namespace threads_test

@@ -1,0 +1,16 @@
+// Shared handles on many threads, in few rounds.
+#include <gtest/gtest.h>
+
+#include "threads/rounds.h"
+
+namespace threads_test {
+
+namespace {
+
+TEST(Threads, FirstPipelines) { makeFirstPipelinesAtOnce(100); }
+TEST(Threads, SharedPipelines) { hammerSharedPipelines(20); }
+TEST(Threads, OnePool) { hammerOnePool(5000); }
+
+}  // namespace
+
+}  // namespace threads_test
