@@ -15,12 +15,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* moduleName = "veldnls.so";
+constexpr const char* moduleName = VELD_MODULE_NAME;
 
 std::string findModule() {
   std::error_code ignored;
-  const std::array<fs::path, 2> folders{fs::read_symlink("/proc/self/exe", ignored).parent_path(),
-                                        fs::path(VELD_INSTALL_FOLDER)};
+  const fs::path program = fs::read_symlink("/proc/self/exe", ignored).parent_path();
+  const std::array<fs::path, 2> folders{program, (program / VELD_INSTALL_FOLDER).lexically_normal()};
   for (const fs::path& folder : folders) {
     const fs::path candidate = folder / moduleName;
     if (fs::exists(candidate, ignored)) return candidate.string();
@@ -59,6 +59,7 @@ void Library::makeObject() {
 
 Library::~Library() {
   nls_->destroy(nls_);
+  hsmemterm(&vector_, memory_.context);
   xmterm(&vector_, memory_.context);
   dlclose(module_);
 }

@@ -10,8 +10,8 @@ namespace veld {
 
 class Library {
  public:
-  // Loads `modulePath`, or, when that is empty, veldnls.so from the folder of this program or else from the install
-  // folder, and makes the object. Throws Failure.
+  // Loads `modulePath`, or, when that is empty, the module from the folder of this program or else from the install
+  // folder, by the name that it has in all versions this program can use, and makes the object. Throws Failure.
   explicit Library(const std::string& modulePath);
   ~Library();
   Library(const Library&) = delete;
