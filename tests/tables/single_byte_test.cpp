@@ -144,6 +144,19 @@ TEST(SingleByteTables, KeepTheFactsThatSelectAmongPublishedTables) {
   EXPECT_EQ(to(212, 0x25), 0x0085);
   EXPECT_EQ(byteOf(212, 0x000A), 0x15);
   EXPECT_EQ(byteOf(212, 0x0085), 0x25);
+  // Its plain twin has the same tables but for the line ends.
+  EXPECT_EQ(to(211, 0x15), 0x0085);
+  EXPECT_EQ(to(211, 0x25), 0x000A);
+  for (int byte = 0; byte < 256; ++byte) {
+    if (byte != 0x15 && byte != 0x25) {
+      EXPECT_EQ(to(212, byte), to(211, byte)) << byte;
+    }
+  }
+  for (uint32_t unit = 0; unit < 0x10000; ++unit) {
+    if (unit != 0x000A && unit != 0x0085) {
+      EXPECT_EQ(byteOf(212, unit), byteOf(211, unit)) << unit;
+    }
+  }
 }
 
 TEST(SingleByteRows, AgreeWithTheEncodingTable) {

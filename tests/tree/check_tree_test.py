@@ -73,6 +73,12 @@ class CheckTree(unittest.TestCase):
     def test_vector_code(self):
         self.breach({"transcode/a.cpp": "auto x = _mm256_setzero_si256();\n"}, "vector code belongs into core/kernels")
 
+    def test_vector_header(self):
+        self.breach({"transcode/a.cpp": "#include <immintrin.h>\n"}, "<immintrin.h> is no standard header")
+
+    def test_kernels_reach_the_library(self):
+        self.breach({"core/kernels/a.cpp": '#include "core/scratch.h"\n'}, "core/kernels may include")
+
     def test_generated_file_kept(self):
         self.breach({"core/table.inc": "1,\n"}, "generated files stay in the build tree")
 
