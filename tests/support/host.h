@@ -25,9 +25,9 @@ class HostRecords {
 };
 
 // Host records and an object that `entry` makes with them; `nls` is null if that fails. Pass &VELDNLSLIB in tests that
-// link the library's inside, or the address found by dlsym. The records that the library uses are those of the host made
-// last; when that one ends they name a host that is gone, and no older object of the same module may be used any more
-// (ending one is safe while the records themselves still stand, as those of hosts in one scope do).
+// link the library's inside, or the address found by dlsym. The records that the library uses are those of the host
+// made last; when that one ends they name a host that is gone, and no older object of the same module may be used any
+// more (ending one is safe while the records themselves still stand, as those of hosts in one scope do).
 class NlsHost : public HostRecords {
  public:
   explicit NlsHost(NlsLibraryEntry entry);
