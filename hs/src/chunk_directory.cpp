@@ -48,21 +48,15 @@ ChunkDirectory* makeDirectory(XmContext* context, uint32_t capacity) {
   return directory;
 }
 
-// How many entries there are whose chunks begin at or below an address. The outcomes of the comparisons can't be
-// foretold, so no branch hangs on them.
-uint32_t entriesUpTo(const ChunkDirectory* directory, const uint8_t* address) {
-  uint32_t from = 0;
-  for (uint32_t count = directory->count; count != 0;) {
-    const uint32_t half = (count + 1) / 2;
-    from += directory->entries[from + half - 1].start <= address ? half : 0;
-    count -= half;
-  }
-  return from;
+// The first entry whose chunk begins above an address.
+Entry* entryAbove(const ChunkDirectory* directory, const uint8_t* address) {
+  return std::upper_bound(directory->entries, directory->entries + directory->count, address,
+                          [](const uint8_t* value, const Entry& entry) { return value < entry.start; });
 }
 
 void append(ChunkDirectory* directory, XmChunk* chunk) {
   const uint32_t place = directory->count;
-  Entry* entry = directory->entries + entriesUpTo(directory, chunk->start);
+  Entry* entry = entryAbove(directory, chunk->start);
   std::copy_backward(entry, directory->entries + place, directory->entries + place + 1);
   *entry = {chunk->start, place};
   directory->chunks[place] = chunk;
@@ -92,9 +86,9 @@ void dropDirectory(XmPool* pool) {
 }
 
 XmChunk* chunkAt(const ChunkDirectory* directory, const uint8_t* address) {
-  const uint32_t count = entriesUpTo(directory, address);
-  if (count == 0) return nullptr;
-  XmChunk* chunk = directory->chunks[directory->entries[count - 1].place];
+  const Entry* above = entryAbove(directory, address);
+  if (above == directory->entries) return nullptr;
+  XmChunk* chunk = directory->chunks[above[-1].place];
   return address < chunk->end ? chunk : nullptr;
 }
 
@@ -108,7 +102,7 @@ void lowerBound(ChunkDirectory* directory, ChunkPlace chunk, uint32_t bytes) {
 }
 
 void raiseBound(ChunkDirectory* directory, const XmChunk* chunk, uint32_t bytes) {
-  const uint32_t place = directory->entries[entriesUpTo(directory, chunk->start) - 1].place;
+  const uint32_t place = entryAbove(directory, chunk->start)[-1].place;
   if (directory->bounds.at(place) < bytes) directory->bounds.set(place, bytes);
 }
 
