@@ -1,0 +1,66 @@
+#include "fuzz/support/object.h"
+
+#include <iterator>
+
+#include "fuzz/support/require.h"
+#include "veldnls/cei.h"
+#include "veldnls/nls.h"
+
+namespace fuzz {
+
+namespace {
+
+constexpr CEI frequent[] = {
+    U_UTF8_CE,       U_UTFE_CE,  U_L_UNICODE_CE, U_B_UNICODE_CE, U_L_UCS4_CE,    U_B_UCS4_CE, U_WLATIN1_CE,
+    U_EBCDIC1047_CE, U_ASCII_CE, U_WHEBREW_CE,   U_WARABIC_CE,   U_EBCDIC424_CE, U_ANY_CE,
+};
+constexpr uint16_t frequentBit = 0x8000;
+
+// Encoding 0 and the double-byte types are read from options, which these hosts don't have.
+bool isNamed(CEI cei) { return cei == 20 || cei >= 24; }
+
+std::vector<const EncodingDescriptor*> rowsWithoutMultiByte() {
+  QZNLS* nls = host().nls;
+  std::vector<const EncodingDescriptor*> rows;
+  for (CEI cei = 0; cei < NLS_CEI_COUNT; ++cei) {
+    const EncodingDescriptor* row = nullptr;
+    require(nls->getEncodingDescriptor(nls, cei, &row) == 0, "a row of the table");
+    if (isNamed(cei) && row->encodingClass <= NLS_CLASS_UTF32) rows.push_back(row);
+  }
+  return rows;
+}
+
+}  // namespace
+
+test::NlsHost& host() {
+  static test::NlsHost made(VELDNLSLIB);
+  require(made.nls != nullptr, "an object is made");
+  return made;
+}
+
+const EncodingDescriptor& chooseEncoding(Input& input) {
+  static const std::vector<const EncodingDescriptor*> rows = rowsWithoutMultiByte();
+  const uint16_t choice = input.word();
+  if ((choice & frequentBit) == 0) return *rows[choice % rows.size()];
+  const EncodingDescriptor* row = nullptr;
+  host().nls->getEncodingDescriptor(host().nls, frequent[choice % std::size(frequent)], &row);
+  return *row;
+}
+
+OnTier::OnTier(unsigned choice) : before_(veldnls::kernels().tier) {
+  using veldnls::KernelTier;
+  constexpr KernelTier tiers[] = {KernelTier::avx512, KernelTier::avx2, KernelTier::scalar};
+  const unsigned index = choice % (std::size(tiers) + 1);
+  if (index < std::size(tiers)) veldnls::forceKernelTier(tiers[index]);
+}
+
+OnTier::~OnTier() { veldnls::forceKernelTier(before_); }
+
+Pipeline::Pipeline(CEI source, CEI target, const TranscodeOptions* options)
+    : pipeline_(host().nls->createPipeline(host().nls, source, target, options, nullptr)) {}
+
+Pipeline::~Pipeline() {
+  if (pipeline_ != nullptr) require(pipeline_->destroy(pipeline_) == 0, "a pipeline ends");
+}
+
+}  // namespace fuzz
