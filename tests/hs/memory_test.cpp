@@ -22,7 +22,9 @@ static bool mutexesFail = false;
 
 extern "C" {
 int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
-int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) {
+// Seen by shared libraries too, whose calls the linker sends here with some sanitizers.
+[[gnu::visibility("default")]] int __wrap_pthread_mutex_init(pthread_mutex_t* mutex,
+                                                             const pthread_mutexattr_t* attributes) {
   return mutexesFail ? EAGAIN : __real_pthread_mutex_init(mutex, attributes);
 }
 }
