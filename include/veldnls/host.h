@@ -95,7 +95,7 @@ struct XmChunk {
   uint8_t* freeChain; /* first free block or cell, ascending by address in kind 0 */
   XmPool* owner;      /* in chunks of descriptors only */
   XmChunk* next;
-  void* index; /* reserved for an index beside the chain */
+  void* index; /* the allocator's index of free blocks, or null */
 };
 
 struct XmPool {
@@ -113,7 +113,7 @@ struct XmPool {
   XmPool* next; /* in XmContext.pools */
   XmPool* previous;
   XmContext* context; /* the context that the pool belongs to, whichever is current */
-  void* index;        /* reserved for an index beside the chain */
+  void* index;        /* the allocator's directory of chunks, or null */
   uint64_t reserved[4];
 };
 
@@ -146,7 +146,7 @@ struct XmContext {
 
 /* What the value of the per-thread key points to. */
 typedef struct VeldThreadMemory {
-  XmPool* pool; /* null: the default pool */
+  XmPool* pool; /* an address or a special handle; null: the default pool */
 } VeldThreadMemory;
 
 /* ---- Support records, the elements of the export's input vector ---- */
