@@ -175,7 +175,9 @@ TEST(Module, AContextOfTheModulesOwnEndsWithTheModule) {
   round();
   const size_t before = mappedPages();
   for (int i = 0; i < 50; ++i) round();
-  EXPECT_LE(mappedPages(), before + 64);
+  // A context reserves tens of MiB; a sanitizer's own bookkeeping may grow by a little.
+  constexpr size_t halfAContext = (32u << 20) / 4096;
+  EXPECT_LE(mappedPages(), before + halfAContext);
 }
 
 TEST(Module, WithoutMemoryForItsOwnContextTheExportFails) {
