@@ -1,4 +1,4 @@
-// No locale has data: no locale object can be made, so there is none to take a work record from.
+// No locale object can be made, so there is none to take a work record from.
 #include "locale/locale_slots.h"
 
 #include "locale/qznlsldb.h"

@@ -1,13 +1,11 @@
 #include "locale/qznlsldb.h"
 
 #include "core/qznlsstub.h"
+#include "locale/load_locale_record.h"
 
 namespace veldnls {
 
 namespace {
-
-// No locale has data yet, so that no name leads to a record.
-NlsStatus loadLocaleRecord(LocaleRecord*, const char16_t*, int32_t) { return nlsLocaleNameUnknown; }
 
 NlsStatus releaseLocaleDatabase(void* handle) { return nlsPoolDestroy(static_cast<LocaleDatabase*>(handle)->pool); }
 

@@ -7,6 +7,7 @@
 #define VELDNLS_MODULES_H
 
 #include "veldnls/encoding.h"
+#include "veldnls/locale_record.h"
 #include "veldnls/pipeline.h"
 #include "veldnls/types.h"
 
@@ -75,9 +76,8 @@ struct Gb18030Module {
   NlsGbLookup toUnicode;
 };
 
-typedef struct LocaleRecord LocaleRecord;
-
-/* Fills `*record` with the data of the locale of exactly this name (five 16-bit units, exact case). Returns 0, or
+/* Fills `*record` with the data of the locale of exactly this name (five 16-bit units, exact case). `requestedName` and
+ * the two reserved sections stay as they were; everything else is written, zeros behind texts too. Returns 0, or
  * nlsLocaleNameUnknown with the record as it was. Any thread. */
 typedef NlsStatus (*NlsLoadLocaleRecord)(LocaleRecord* record, const char16_t* name, int32_t length);
 

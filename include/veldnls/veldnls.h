@@ -5,6 +5,7 @@
 #include "veldnls/cei.h"
 #include "veldnls/encoding.h"
 #include "veldnls/host.h"
+#include "veldnls/locale_record.h"
 #include "veldnls/modules.h"
 #include "veldnls/nls.h"
 #include "veldnls/pipeline.h"

@@ -237,6 +237,69 @@ FIELD(Gb18030Module, pool, 56);
 FIELD(Gb18030Module, fromUnicode, 64);
 FIELD(Gb18030Module, toUnicode, 72);
 
+RECORD(LocaleDateTime, 5708);
+VALUE(LocaleDateTime, dayNames, 0, NlsText60[7]);
+VALUE(LocaleDateTime, dayAbbreviations, 868, NlsText60[7]);
+VALUE(LocaleDateTime, monthNames, 1736, NlsText60[12]);
+VALUE(LocaleDateTime, monthAbbreviations, 3224, NlsText60[12]);
+VALUE(LocaleDateTime, dateFormatShort, 4712, NlsText60);
+VALUE(LocaleDateTime, dateFormatMedium, 4836, NlsText60);
+VALUE(LocaleDateTime, dateFormatLong, 4960, NlsText60);
+VALUE(LocaleDateTime, dateTimeFormat, 5084, NlsText60);
+VALUE(LocaleDateTime, timeFormat24, 5208, NlsText60);
+VALUE(LocaleDateTime, timeFormat12, 5332, NlsText60);
+VALUE(LocaleDateTime, amText, 5456, NlsText60);
+VALUE(LocaleDateTime, pmText, 5580, NlsText60);
+VALUE(LocaleDateTime, dateSeparator, 5704, char16_t);
+VALUE(LocaleDateTime, timeSeparator, 5706, char16_t);
+
+RECORD(LocaleNumber, 252);
+VALUE(LocaleNumber, numberPattern, 0, NlsText60);
+VALUE(LocaleNumber, numberGrouping, 124, NlsText60);
+VALUE(LocaleNumber, decimalPoint, 248, char16_t);
+VALUE(LocaleNumber, groupSeparator, 250, char16_t);
+
+RECORD(LocaleCurrency, 628);
+VALUE(LocaleCurrency, currencyPattern, 0, NlsText60);
+VALUE(LocaleCurrency, currencyPatternInternational, 124, NlsText60);
+VALUE(LocaleCurrency, currencyGrouping, 248, NlsText60);
+VALUE(LocaleCurrency, currencySymbol, 372, NlsText60);
+VALUE(LocaleCurrency, currencyCode, 496, NlsText60);
+VALUE(LocaleCurrency, currencyDecimalPoint, 620, char16_t);
+VALUE(LocaleCurrency, currencyGroupSeparator, 622, char16_t);
+VALUE(LocaleCurrency, currencyDigits, 624, uint16_t);
+VALUE(LocaleCurrency, currencyDigitsInternational, 626, uint16_t);
+
+RECORD(LocalePercent, 128);
+VALUE(LocalePercent, percentPattern, 0, NlsText60);
+VALUE(LocalePercent, percentSign, 124, char16_t);
+
+RECORD(LocaleIdentity, 508);
+VALUE(LocaleIdentity, posixName, 0, NlsText60);
+VALUE(LocaleIdentity, languageCode, 124, char16_t[2]);
+VALUE(LocaleIdentity, countryCode, 128, char16_t[2]);
+VALUE(LocaleIdentity, languageName, 132, NlsText60);
+VALUE(LocaleIdentity, countryName, 256, NlsText60);
+VALUE(LocaleIdentity, paperName, 380, NlsText60);
+VALUE(LocaleIdentity, paperHeight, 504, uint16_t);
+VALUE(LocaleIdentity, paperWidth, 506, uint16_t);
+
+RECORD(LocaleItem, 162);
+VALUE(LocaleItem, length, 0, uint16_t);
+VALUE(LocaleItem, text, 2, char[160]);
+
+RECORD(LocaleRecord, 30740);
+VALUE(LocaleRecord, requestedName, 0, NlsText60);
+VALUE(LocaleRecord, reserved2, 124, uint8_t[96]);
+VALUE(LocaleRecord, dateTime, 220, LocaleDateTime);
+VALUE(LocaleRecord, number, 5928, LocaleNumber);
+VALUE(LocaleRecord, currency, 6180, LocaleCurrency);
+VALUE(LocaleRecord, percent, 6808, LocalePercent);
+VALUE(LocaleRecord, reserved1, 6936, uint8_t[124]);
+VALUE(LocaleRecord, measurement, 7060, int32_t);
+VALUE(LocaleRecord, identity, 7064, LocaleIdentity);
+VALUE(LocaleRecord, items, 7572, LocaleItem[143]);
+
 RECORD(LocaleDatabase, 72);
 VALUE(LocaleDatabase, magic, 0, uint8_t[4]);
 FIELD(LocaleDatabase, name, 8);

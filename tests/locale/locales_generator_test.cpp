@@ -22,7 +22,7 @@ TEST_F(Generator, SameTextGivesTheSameBytes) {
     EXPECT_EQ(test::readFile(entry.path()), test::readFile(built));
     ++files;
   }
-  EXPECT_EQ(files, 8);
+  EXPECT_EQ(files, 14);
 }
 
 struct Breach {
@@ -108,5 +108,85 @@ INSTANTIATE_TEST_SUITE_P(
         Breach{"encodings.tsv", "42 40 29 27 26 25 24 20\t\n", "42 29 27 26 25 24 20\t40\n",
                "25 locales have a second list"},
         Breach{"encodings.tsv", "229 208 207 66", "228 208 207 66", "encoding 229 serves 19 locales, and 2 in part"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Tables, GeneratorStops,
+    testing::Values(
+        Breach{"rows.tsv", "af_ZA\tdayNames", "af_AZ\tdayNames", "no locale or language has the name af_AZ"},
+        Breach{"rows.tsv", "af_ZA\tdayNames", "af_ZA\tdays", "no field has the name days"},
+        Breach{"rows.tsv", "af_ZA\tdayAbbreviations", "af_ZA\tdayNames", "af_ZA has two lines for dayNames"},
+        Breach{"rows.tsv", "af_ZA\tpmText\tnm.\n", "", "af_ZA has no pmText"},
+        Breach{"rows.tsv", "af_ZA\tpmText\tnm.\n", "af_ZA\tpmText\n", "has 2 fields; it must have 3"},
+        Breach{"rows.tsv", "Sondag|Maandag", "Sondag", "dayNames is a list of 7 parts"},
+        Breach{"rows.tsv", "Sondag|", "Son<U000A>dag|", "texts hold visible characters of one unit"},
+        Breach{"rows.tsv", "Sondag|", "Son\xF0\x90\x80\x80|", "texts hold visible characters of one unit"},
+        Breach{"rows.tsv", "Sondag|", "Son<U0XA0>dag|", "not a hexadecimal number"},
+        Breach{"overrides.tsv", "en_US\tdateFormatShort\t%m/%d/%Y\tknown", "en_US\tdateFormatShort\t%m/%d/%Y\tsure",
+               "an origin is \"known\" or \"ours\""},
+        Breach{"overrides.tsv", "lv_LV\tdateFormatShort\t%y.%d.%m", "lv_LV\tdateFormatShort\t%d.%m.%y",
+               "changes no row; remove the line"},
+        Breach{"overrides.tsv", "*\tnegativeSign\t-\tours\n", "", "has no negativeSign"},
+        Breach{"overrides.tsv", "sh_CS\tcountryName\tSerbiaAndMontenegro\tours\n", "", "has an empty countryName"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, GeneratorStops,
+    testing::Values(
+        Breach{"rows.tsv", "Sondag|", "|", "af_ZA has an empty dayNames"},
+        Breach{"rows.tsv", "Sondag|", "Sondag |", "dayNames ends or begins in a blank"},
+        Breach{"rows.tsv", "Sondag|", "Sondagsondagsondagsondagsondagsondagsondagsondagsondagsondagso|",
+               "dayNames has 62 units"},
+        Breach{"rows.tsv", "1ste kwartaal",
+               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC"
+               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC"
+               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC",
+               "item 90 of af_ZA has 161 bytes, the record takes 160"},
+        Breach{"rows.tsv", "af_ZA\tgroupSeparator\t<U00A0>", "af_ZA\tgroupSeparator\t..",
+               "groupSeparator is one character"},
+        Breach{"rows.tsv", "af_ZA\tgroupSeparator\t<U00A0>", "af_ZA\tgroupSeparator\t_",
+               "groups are separated by one of"},
+        Breach{"rows.tsv", "af_ZA\tgroupSeparator\t<U00A0>", "af_ZA\tgroupSeparator\t,",
+               "af_ZA has one sign for decimal point and groups"},
+        Breach{"overrides.tsv", "numberGrouping\t3;2", "numberGrouping\t4", "sizes of groups are 3, 3;2 or 2;3"},
+        Breach{"rows.tsv", "currencyCode\tZAR", "currencyCode\tRand", "a code of three capitals"},
+        Breach{"rows.tsv", "af_ZA\tclock\t12", "af_ZA\tclock\t13", "a clock has 12 or 24 hours"},
+        Breach{"rows.tsv", "*\tpaperName\tA4", "*\tpaperName\tA5", "paper is LETTER or A4"},
+        Breach{"rows.tsv", "af_ZA\tcurrencyPattern\t\xC2\xA4#,##0.00", "af_ZA\tcurrencyPattern\t#,##0.00",
+               "have the currency sign and digits"},
+        Breach{"rows.tsv", ";\xC2\xA4-#,##0.00", ";\xC2\xA4!#,##0.00", "the negative form puts its sign first"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, GeneratorStops,
+    testing::Values(
+        Breach{"rows.tsv", "af_ZA\tdateFormatShort\t%Y-%m-%d", "af_ZA\tdateFormatShort\t%Y-%m", "has one %d"},
+        Breach{"rows.tsv", "af_ZA\tdateFormatShort\t%Y-%m-%d", "af_ZA\tdateFormatShort\t%Y-%m-%e", "has one %d"},
+        Breach{"rows.tsv", "af_ZA\tdateFormatShort\t%Y-%m-%d", "af_ZA\tdateFormatShort\t%a %Y-%m-%d",
+               "and no other items"},
+        Breach{"rows.tsv", "af_ZA\tdateFormatShort\t%Y-%m-%d", "af_ZA\tdateFormatShort\t%Y-%m-%d%",
+               "a format doesn't end in"},
+        Breach{"rows.tsv", "af_ZA\tdateFormatShort\t%Y-%m-%d", "af_ZA\tdateFormatShort\t%Y%m-%d",
+               "a separator between them"},
+        Breach{"overrides.tsv", "%d%b%y:%H:%M:%S", "%d%b%y:%H:%S:%M", "dateTimeFormat ends in %H %M %S"},
+        Breach{"overrides.tsv", "%H.%M Uhr", "%H Uhr", "timeFormat24 has %H %M"},
+        Breach{"overrides.tsv", "de_DE\ttimeFormatSeconds\t%H:%M:%S\tours\n", "",
+               "give it a line where timeFormat24 has no seconds"},
+        Breach{"rows.tsv", "*\ttimeFormat12\t%I:%M:%S %p", "*\ttimeFormat12\t%p %I:%M:%S", "in this order"},
+        Breach{"rows.tsv", "af_ZA\tpmText\tnm.", "af_ZA\tpmText\tvm.x", "af_ZA reads its pmText as amText"},
+        Breach{"rows.tsv", "Jan|Feb|Mrt", "Ja|Feb|Jan", "can't read its dates back: Ja begins Jan"},
+        Breach{"overrides.tsv", "kw_GB\tdateFormatLong\t%d/%m/%Y", "kw_GB\tdateFormatLong\t%d %B %Y",
+               "can't read its dates back: mis Me begins mis Metheven"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Figures, GeneratorStops,
+    testing::Values(
+        Breach{"rows.tsv", "ja_JP\tcurrencyDigits\t0", "ja_JP\tcurrencyDigits\t1",
+               "has 1 rows without currency digits; it must have 2"},
+        Breach{"rows.tsv", "en_CA\tpaperName\tLETTER", "en_CA\tpaperName\tA4",
+               "has 23 rows with letter paper; it must have 24"},
+        Breach{"overrides.tsv", "%y.%d.%m", "%y.%m.%d", "has 0 rows with the order year, day, month; it must have 1"},
+        Breach{"overrides.tsv", "KANJI;<ttf> MS PGothic", "", "no row; remove the line"},
+        Breach{"overrides.tsv", "de\tlanguageTag\tde\tours\n", "", "has 41 rows with a language tag; it must have 46"},
+        Breach{"rows.tsv", "Sunday|Monday", "Sonday|Monday", "dayNames of en_US is fixed as"},
+        Breach{"rows.tsv", "1st quarter", "First quarter", "item 90 of en_US is fixed as \"1st quarter\""},
+        Breach{"overrides.tsv", "BEST12.", "BEST14.", "item 16 of af_ZA is fixed as \"BEST12.\""}));
 
 }  // namespace

@@ -61,19 +61,6 @@ TEST_F(LocaleDatabaseTest, LoadedByNameItIsDestroyedThroughItsSlot) {
   EXPECT_EQ(poolCount(), pools);
 }
 
-TEST_F(LocaleDatabaseTest, NoNameLeadsToARecordAndTheRecordStays) {
-  auto* database = reinterpret_cast<LocaleDatabase*>(veldnls::createLocaleDatabase(nullptr, nullptr));
-  ASSERT_NE(database, nullptr);
-  uint8_t record[64];
-  std::memset(record, 0xA5, sizeof record);
-  for (const char16_t* name : {u"en_US", u"en-US", u"iw_IL"}) {
-    EXPECT_EQ(database->loadLocaleRecord(reinterpret_cast<LocaleRecord*>(record), name, 5), nlsLocaleNameUnknown);
-  }
-  EXPECT_EQ(database->loadLocaleRecord(reinterpret_cast<LocaleRecord*>(record), nullptr, 0), nlsLocaleNameUnknown);
-  for (const uint8_t byte : record) EXPECT_EQ(byte, 0xA5);
-  database->release(database);
-}
-
 TEST_F(LocaleDatabaseTest, ExhaustedMemoryLeavesNothingBehindAndTellsTheJournal) {
   const int pools = poolCount();
   NlsExtension* database = nullptr;

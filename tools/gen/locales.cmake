@@ -1,4 +1,6 @@
-target_sources(gen_locales PRIVATE locale_names.cpp locale_lists.cpp)
+target_sources(gen_locales PRIVATE
+  locale_names.cpp locale_lists.cpp locale_facts.cpp locale_record.cpp locale_items.cpp locale_checks.cpp
+  locale_fixed.cpp locale_emit.cpp)
 
 file(MAKE_DIRECTORY ${VELDNLS_GENERATED_DIR}/locales)
 veldnls_generate(
@@ -7,6 +9,9 @@ veldnls_generate(
   OUTPUTS
     locales/names.inc locales/language_defaults.inc locales/language_codes.inc locales/windows_languages.inc
     locales/codesets.inc locales/encodings.inc locales/encoding_locales.inc locales/listed_numbers.inc
+    locales/record_rows.inc locales/record_texts.inc locales/record_characters.inc
+    locales/item_rows.inc locales/item_texts.inc locales/item_characters.inc
   INPUTS
     data/locale/names.tsv data/locale/language_defaults.tsv data/locale/language_codes.tsv
-    data/locale/windows_languages.tsv data/locale/codesets.tsv data/locale/encodings.tsv)
+    data/locale/windows_languages.tsv data/locale/codesets.tsv data/locale/encodings.tsv
+    data/locale/rows.tsv data/locale/overrides.tsv)

@@ -1,8 +1,11 @@
 // Emits the locale tables: names, language defaults, languages by code and by Windows number, codesets of the
-// environment, and the relation of locales and encodings. Each output is the inside of an array's braces.
+// environment, the relation of locales and encodings, and the data of the locales. Each output is the inside of an
+// array's braces, or a literal.
 #include "locales.h"
 
 #include <map>
+
+#include "locale_data.h"
 
 namespace {
 
@@ -91,5 +94,11 @@ int main(int count, char** values) {
   emitLists(out + "encodings.inc", encodings, pool);
   emitLists(out + "encoding_locales.inc", invertLocaleEncodings(arguments.data, encodings), pool);
   pool.save(out + "listed_numbers.inc");
+
+  const std::vector<LocaleFacts> facts = readLocaleFacts(arguments.data, names);
+  std::vector<LocaleData> rows;
+  for (const LocaleFacts& row : facts) rows.push_back(deriveLocaleData(row));
+  checkLocaleData(arguments.data, rows);
+  emitLocaleData(out, rows);
   return 0;
 }
