@@ -1,19 +1,22 @@
-// No locale object can be made, so there is none to take a work record from.
 #include "locale/locale_slots.h"
 
+#include "core/qznlsstub.h"
+#include "locale/locale_object.h"
 #include "locale/qznlsldb.h"
 
 namespace veldnls {
 
 namespace {
 
-QZLocale* createLocale(QZNLS* /*nls*/, const char16_t* /*name*/, int32_t /*length*/) { return nullptr; }
+constexpr uint32_t workRecordBytes = 272;  // the caller's own: the library doesn't look at it
 
-void* allocateLocaleWorkRecord(QZLocale* /*locale*/, int32_t* /*size*/) { return nullptr; }
+void* allocateLocaleWorkRecord(QZLocale* locale, int32_t* size) {
+  void* block = nlsPoolAlloc(locale->owner->pool, workRecordBytes, zeroFill);
+  if (block != nullptr) *size = workRecordBytes;
+  return block;
+}
 
-QZLocale* createDefaultLocale(QZNLS* nls) { return nls->createLocale(nls, nullptr, 0); }
-
-NlsStatus freeLocaleWorkRecord(QZNLS* /*nls*/, void* /*block*/) { return 0; }
+NlsStatus freeLocaleWorkRecord(QZNLS* nls, void* block) { return nlsPoolFree(nls->pool, block); }
 
 }  // namespace
 
