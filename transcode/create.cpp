@@ -4,6 +4,7 @@
 #include "transcode/pipeline.h"
 #include "transcode/routes.h"
 #include "transcode/stages.h"
+#include "transcode/user_tables.h"
 #include "veldnls/cei.h"
 #include "veldnls/status.h"
 
@@ -23,11 +24,6 @@ CEI resolveCei(QZNLS* nls, CEI cei) {
 
 void reportStatus(void* journal, NlsStatus status) {
   if (journal != nullptr) qzlStatusToJnl(journal, journalError, status);
-}
-
-void freeOverlay(XmPool* pool, CodeOverlay* overlay) {
-  if (overlay->pairs != nullptr) nlsPoolFree(pool, overlay->pairs);
-  nlsPoolFree(pool, overlay);
 }
 
 }  // namespace
@@ -104,11 +100,13 @@ NlsStatus destroyPipeline(void* handle) {
   if ((pipeline->flags & NLS_PIPELINE_OWNS_BYTE_MAP) != 0 && source.byteMap != nullptr) {
     nlsPoolFree(pool, const_cast<uint8_t*>(source.byteMap));
   }
-  if ((pipeline->flags & NLS_PIPELINE_OWNS_SOURCE_OVERLAY) != 0 && source.overlay != nullptr) {
-    freeOverlay(pool, source.overlay);
-  }
-  if ((pipeline->flags & NLS_PIPELINE_OWNS_TARGET_OVERLAY) != 0 && target.overlay != nullptr) {
-    freeOverlay(pool, target.overlay);
+  const bool ownsSource = (pipeline->flags & NLS_PIPELINE_OWNS_SOURCE_OVERLAY) != 0;
+  if (ownsSource && source.overlay != nullptr) freeOverlay(pool, source.overlay);
+  if ((pipeline->flags & NLS_PIPELINE_OWNS_TARGET_OVERLAY) != 0) {
+    // From UTF-16 the target's overlay stands on the source side.
+    CodeOverlay* overlay = target.overlay;
+    if (overlay == nullptr && !ownsSource) overlay = source.overlay;
+    if (overlay != nullptr) freeOverlay(pool, overlay);
   }
   nlsPoolFree(pool, pipeline);
   return 0;

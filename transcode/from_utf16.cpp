@@ -1,9 +1,9 @@
-#include "transcode/i8.h"
 #include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
 #include "transcode/utf8_target.h"
+#include "transcode/utf_ebcdic_target.h"
 
 namespace veldnls {
 
@@ -34,17 +34,12 @@ StageText toEightBit(StageText text) {
 }
 
 template <endian order>
-TextKernel* toUtf32Kernel() {
-  return kernels().utf16ToUtf32.of<order>();
-}
-
-template <endian order>
-constexpr StageSkip skipToUtf32 = skipByKernel<2, 4, toUtf32Kernel<order>>;
+constexpr PlainText plainToUtf32{ofOrder<order>(offsetof(Kernels, utf16ToUtf32)), 1, 2};
 
 template <endian order>
 StageText toUtf32(StageText text) {
   const size_t room = text.outputSize - utf32Reserve;
-  SkipAhead<skipToUtf32<order>> ahead;
+  SkipAhead<plainToUtf32<order>> ahead;
   while (ahead.leaves(text)) {
     if (text.remaining() < 2) return text.incomplete();
     uint32_t value = load16<order>(text.position());
@@ -84,8 +79,8 @@ const StageRow utf16ToUtfEbcdicRow{
 const StageRow utf16ToUtf32Row{
     .minimumOutput = 4,
     .targetUnit = 4,
-    .straight = {toUtf32<endian::little>, skipToUtf32<endian::little>, utf16Blank},
-    .swapped = {toUtf32<endian::big>, skipToUtf32<endian::big>, utf16BigEndianBlank},
+    .straight = {toUtf32<endian::little>, plainToUtf32<endian::little>, utf16Blank},
+    .swapped = {toUtf32<endian::big>, plainToUtf32<endian::big>, utf16BigEndianBlank},
 };
 
 }  // namespace veldnls

@@ -1,9 +1,9 @@
-#include "transcode/i8.h"
 #include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
 #include "transcode/utf8_target.h"
+#include "transcode/utf_ebcdic_target.h"
 
 namespace veldnls {
 
@@ -34,17 +34,12 @@ StageText toEightBit(StageText text) {
 }
 
 template <endian order>
-TextKernel* toUtf16Kernel() {
-  return kernels().utf32ToUtf16.of<order>();
-}
-
-template <endian order>
-constexpr StageSkip skipToUtf16 = skipByKernel<4, 2, toUtf16Kernel<order>>;
+constexpr PlainText plainToUtf16{ofOrder<order>(offsetof(Kernels, utf32ToUtf16)), 2, 1};
 
 template <endian order>
 StageText toUtf16(StageText text) {
   const size_t room = text.outputSize - utf16Reserve;
-  SkipAhead<skipToUtf16<order>> ahead;
+  SkipAhead<plainToUtf16<order>> ahead;
   while (ahead.leaves(text)) {
     if (text.remaining() < 4) return text.incomplete();
     if (text.written >= room) return text.full();
@@ -82,8 +77,8 @@ const StageRow utf32ToUtfEbcdicRow{
 const StageRow utf32ToUtf16Row{
     .minimumOutput = 2,
     .targetUnit = 2,
-    .straight = {toUtf16<endian::little>, skipToUtf16<endian::little>, utf32Blank},
-    .swapped = {toUtf16<endian::big>, skipToUtf16<endian::big>, utf32BigEndianBlank},
+    .straight = {toUtf16<endian::little>, plainToUtf16<endian::little>, utf32Blank},
+    .swapped = {toUtf16<endian::big>, plainToUtf16<endian::big>, utf32BigEndianBlank},
 };
 
 }  // namespace veldnls

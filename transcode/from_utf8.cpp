@@ -8,11 +8,8 @@ namespace veldnls {
 
 namespace {
 
-TextKernel* utf8ToUtf16Kernel() { return kernels().utf8ToUtf16; }
-TextKernel* utf8ToUtf32Kernel() { return kernels().utf8ToUtf32; }
-
 struct ToUtf16 {
-  static constexpr StageSkip skip = skipByKernel<1, 2, utf8ToUtf16Kernel>;
+  static constexpr PlainText plain{offsetof(Kernels, utf8ToUtf16), 0, 1};
   static constexpr size_t reserve = utf16Reserve;
 
   static void put(StageText& text, uint32_t unit) { text.put16(unit); }
@@ -30,7 +27,7 @@ struct ToUtf16 {
 };
 
 struct ToUtf32 {
-  static constexpr StageSkip skip = skipByKernel<1, 4, utf8ToUtf32Kernel>;
+  static constexpr PlainText plain{offsetof(Kernels, utf8ToUtf32), 0, 2};
   static constexpr size_t reserve = utf32Reserve;
 
   static void put(StageText& text, uint32_t unit) { text.put32(unit); }
@@ -44,7 +41,7 @@ struct ToUtf32 {
 template <class Target>
 StageText fromUtf8(StageText text) {
   const size_t room = text.outputSize - Target::reserve;
-  SkipAhead<Target::skip> ahead;
+  SkipAhead<Target::plain> ahead;
   while (ahead.leaves(text)) {
     const uint8_t* sequence = text.position();
     // ASCII needs no test but that for room.
@@ -69,8 +66,8 @@ StageText fromUtf8(StageText text) {
   return text;
 }
 
-constexpr StageForm toUtf16{fromUtf8<ToUtf16>, ToUtf16::skip, utf8Blank};
-constexpr StageForm toUtf32{fromUtf8<ToUtf32>, ToUtf32::skip, utf8Blank};
+constexpr StageForm toUtf16{fromUtf8<ToUtf16>, ToUtf16::plain, utf8Blank};
+constexpr StageForm toUtf32{fromUtf8<ToUtf32>, ToUtf32::plain, utf8Blank};
 
 }  // namespace
 

@@ -1,4 +1,5 @@
-#include "transcode/i8.h"
+#include "core/text/i8.h"
+#include "transcode/skip_ahead.h"
 #include "transcode/stage_shell.h"
 #include "transcode/stages.h"
 #include "transcode/utf16_output.h"
@@ -58,8 +59,8 @@ StageText fromUtfEbcdic(StageText text) {
   return text;
 }
 
-constexpr StageForm toUtf16{fromUtfEbcdic<ToUtf16>, skipNothing, utfEbcdicBlank};
-constexpr StageForm toUtf32{fromUtfEbcdic<ToUtf32>, skipNothing, utfEbcdicBlank};
+constexpr StageForm toUtf16{fromUtfEbcdic<ToUtf16>, noPlainText, utfEbcdicBlank};
+constexpr StageForm toUtf32{fromUtfEbcdic<ToUtf32>, noPlainText, utfEbcdicBlank};
 
 }  // namespace
 

@@ -32,9 +32,4 @@ SingleByteModule* singleByteModule(QZNLS* nls) { return moduleOf(nls, nls->singl
 
 MultiByteModule* multiByteModule(QZNLS* nls) { return moduleOf(nls, nls->multiByteModule, u"qznlsmb"); }
 
-CodePageModule* loadedMultiByteModule(QZNLS* nls) {
-  const std::atomic_ref<MultiByteModule*> slot(nls->multiByteModule);
-  return reinterpret_cast<CodePageModule*>(slot.load(std::memory_order_acquire));
-}
-
 }  // namespace veldnls

@@ -1,6 +1,8 @@
 // The code-page modules of an object, loaded at first need.
 #pragma once
 
+#include <atomic>
+
 #include "veldnls/nls.h"
 
 namespace veldnls {
@@ -11,6 +13,9 @@ SingleByteModule* singleByteModule(QZNLS* nls);
 MultiByteModule* multiByteModule(QZNLS* nls);
 
 // The multi-byte module as the run functions of pipelines hand it to its stages.
-CodePageModule* loadedMultiByteModule(QZNLS* nls);
+inline CodePageModule* loadedMultiByteModule(QZNLS* nls) {
+  const std::atomic_ref<MultiByteModule*> slot(nls->multiByteModule);
+  return reinterpret_cast<CodePageModule*>(slot.load(std::memory_order_acquire));
+}
 
 }  // namespace veldnls

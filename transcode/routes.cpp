@@ -3,6 +3,7 @@
 #include "core/registry.h"
 #include "transcode/module_load.h"
 #include "transcode/stages.h"
+#include "transcode/user_tables.h"
 #include "veldnls/cei.h"
 #include "veldnls/status.h"
 
@@ -77,12 +78,45 @@ MultiByteModule* beginMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const
   return module;
 }
 
-template <NlsMultiByteSetup MultiByteModule::*setup>
+// Gives a pipeline the overlays of two encodings, if the host's list relates them. Without memory it has none.
+void addOverlays(TranscodingPipeline* pipeline, CEI source, CEI target, CodeOverlay** fromSource,
+                 CodeOverlay** toTarget) {
+  QZNLS* nls = pipeline->nls;
+  const uint32_t built = buildUserTables(nls, source, target, nls->userCharacterTables, fromSource, toTarget);
+  if ((built & builtFromSource) != 0) pipeline->flags |= NLS_PIPELINE_OWNS_SOURCE_OVERLAY;
+  if ((built & builtToTarget) != 0) pipeline->flags |= NLS_PIPELINE_OWNS_TARGET_OVERLAY;
+}
+
+using AddOverlays = void (*)(TranscodingPipeline* pipeline);
+
+void addNoOverlays(TranscodingPipeline*) {}
+
+void addOverlaysBetween(TranscodingPipeline* pipeline) {
+  addOverlays(pipeline, pipeline->sourceCei, pipeline->targetCei, &pipeline->source.overlay, &pipeline->target.overlay);
+}
+
+void addOverlaysToUnicode(TranscodingPipeline* pipeline) {
+  addOverlays(pipeline, pipeline->sourceCei, U_L_UNICODE_CE, &pipeline->source.overlay, &pipeline->target.overlay);
+}
+
+// The overlay lands on the target side, which a route of one stage doesn't read: from UTF-8, UTF-EBCDIC and UTF-32 user
+// characters are substituted.
+void addUnreadOverlays(TranscodingPipeline* pipeline) {
+  addOverlays(pipeline, U_L_UNICODE_CE, pipeline->targetCei, &pipeline->source.overlay, &pipeline->target.overlay);
+}
+
+// From UTF-16 it lands on the side that the stage reads.
+void addOverlayFromUtf16(TranscodingPipeline* pipeline) {
+  addOverlays(pipeline, U_L_UNICODE_CE, pipeline->targetCei, nullptr, &pipeline->source.overlay);
+}
+
+template <NlsMultiByteSetup MultiByteModule::*setup, AddOverlays addUserTables>
 NlsStatus throughMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                            const EncodingDescriptor* target) {
   MultiByteModule* module = beginMultiByte(nls, pipeline, source, target);
   if (module == nullptr) return nlsModuleUnavailable;
   const NlsStatus status = (module->*setup)(module, &pipeline->source, source, target);
+  if (status == 0) addUserTables(pipeline);
   installRuns<multiByteTranscodeResumable>(pipeline);
   return status;
 }
@@ -92,20 +126,22 @@ template <NlsMultiByteSetup MultiByteModule::*setup>
 NlsStatus bytesThroughMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                                 const EncodingDescriptor* target) {
   pipeline->source.padChar = target->padChar;
-  return throughMultiByte<setup>(nls, pipeline, source, target);
+  return throughMultiByte<setup, addNoOverlays>(nls, pipeline, source, target);
 }
 
 NlsStatus eightBitToMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                               const EncodingDescriptor* target) {
-  const Route route = pipeline->sourceCei == U_UTFE_CE ? throughMultiByte<&MultiByteModule::setupUtfeToMultibyte>
-                                                       : throughMultiByte<&MultiByteModule::setupUtf8ToMultibyte>;
+  constexpr Route fromUtfe = throughMultiByte<&MultiByteModule::setupUtfeToMultibyte, addUnreadOverlays>;
+  constexpr Route fromUtf8 = throughMultiByte<&MultiByteModule::setupUtf8ToMultibyte, addUnreadOverlays>;
+  const Route route = pipeline->sourceCei == U_UTFE_CE ? fromUtfe : fromUtf8;
   return route(nls, pipeline, source, target);
 }
 
 NlsStatus multiByteToEightBit(QZNLS* nls, TranscodingPipeline* pipeline, const EncodingDescriptor* source,
                               const EncodingDescriptor* target) {
-  const Route route = pipeline->targetCei == U_UTFE_CE ? throughMultiByte<&MultiByteModule::setupMultibyteToUtfe>
-                                                       : throughMultiByte<&MultiByteModule::setupMultibyteToUtf8>;
+  constexpr Route toUtfe = throughMultiByte<&MultiByteModule::setupMultibyteToUtfe, addOverlaysToUnicode>;
+  constexpr Route toUtf8 = throughMultiByte<&MultiByteModule::setupMultibyteToUtf8, addOverlaysToUnicode>;
+  const Route route = pipeline->targetCei == U_UTFE_CE ? toUtfe : toUtf8;
   return route(nls, pipeline, source, target);
 }
 
@@ -113,6 +149,7 @@ NlsStatus betweenMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const Enco
                            const EncodingDescriptor* target) {
   if (beginMultiByte(nls, pipeline, source, target) == nullptr) return nlsModuleUnavailable;
   const NlsStatus status = setupTwoStage(nls, pipeline, source, target);
+  if (status == 0) addOverlaysBetween(pipeline);
   installRuns<twoStageTranscodeResumable>(pipeline);
   return status;
 }
@@ -145,20 +182,20 @@ constexpr Route convertedRoutes[routeClasses][routeClasses] = {
         wideToEightBit<utf16ToUtf8, utf16ToUtfEbcdic>,
         betweenOrders<utf16Swap>,
         fromWide<utf16ToUtf32>,
-        throughMultiByte<&MultiByteModule::setupUtf16ToMultibyte>,
+        throughMultiByte<&MultiByteModule::setupUtf16ToMultibyte, addOverlayFromUtf16>,
     },
     {
         wideToByte,
         wideToEightBit<utf32ToUtf8, utf32ToUtfEbcdic>,
         fromWide<utf32ToUtf16>,
         betweenOrders<utf32Swap>,
-        throughMultiByte<&MultiByteModule::setupUtf32ToMultibyte>,
+        throughMultiByte<&MultiByteModule::setupUtf32ToMultibyte, addUnreadOverlays>,
     },
     {
         bytesThroughMultiByte<&MultiByteModule::setupMultibyteToByte>,
         multiByteToEightBit,
-        throughMultiByte<&MultiByteModule::setupMultibyteToUtf16>,
-        throughMultiByte<&MultiByteModule::setupMultibyteToUtf32>,
+        throughMultiByte<&MultiByteModule::setupMultibyteToUtf16, addOverlaysToUnicode>,
+        throughMultiByte<&MultiByteModule::setupMultibyteToUtf32, addOverlaysToUnicode>,
         betweenMultiByte,
     },
 };
@@ -169,7 +206,9 @@ NlsStatus checkMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const Encodi
   if (multiByteModule(nls) == nullptr) return nlsModuleUnavailable;
   pipeline->source.sourceProfile = &source->profile;
   pipeline->source.targetProfile = &target->profile;
-  if (setupTwoStage(nls, pipeline, source, target) == 0) pipeline->transcodeResumable = twoStageTranscodeResumable;
+  if (setupTwoStage(nls, pipeline, source, target) != 0) return 0;
+  addOverlaysBetween(pipeline);
+  pipeline->transcodeResumable = twoStageTranscodeResumable;
   return 0;
 }
 

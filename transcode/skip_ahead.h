@@ -7,28 +7,24 @@
 
 namespace veldnls {
 
-// The step of a stage whose characters a kernel knows, from units of `sourceUnit` bytes to those of `targetUnit`.
-template <size_t sourceUnit, size_t targetUnit, TextKernel* (*kernel)()>
-inline size_t skipByKernel(StageText& text) {
-  const KernelRun run = kernel()(text.position(), text.remaining() / sourceUnit, text.output + text.written,
-                                 (text.outputSize - text.written) / targetUnit);
-  text.read += run.read * sourceUnit;
-  text.written += run.written * targetUnit;
-  return run.read;
+inline constexpr PlainText noPlainText{0, 0, 0};
+
+// The slot of one byte order, where a kernel has two.
+template <std::endian order>
+constexpr size_t ofOrder(size_t slot) {
+  return slot +
+         (order == std::endian::little ? offsetof(ByOrder<TextKernel>, little) : offsetof(ByOrder<TextKernel>, big));
 }
 
-// The step of a stage without a kernel.
-inline size_t skipNothing(StageText&) { return 0; }
-
 // Lets a loop skip ahead from time to time. The shell has just done so when a loop begins.
-template <StageSkip skip>
+template <PlainText plain>
 class SkipAhead {
  public:
   SkipAhead() { pace_.took(0); }
 
   // Returns whether something is left for the loop.
   bool leaves(StageText& text) {
-    if (!text.atEnd() && pace_.due()) pace_.took(skip(text));
+    if (!text.atEnd() && plain.kernel != 0 && pace_.due()) pace_.took(text.skip(plain) >> plain.sourceShift);
     return !text.atEnd();
   }
 

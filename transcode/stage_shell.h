@@ -4,12 +4,30 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/kernels/kernels.h"
 #include "core/text/blanks.h"
+#include "core/text/run_input.h"
 #include "core/text/units.h"
+#include "veldnls/nls.h"
 #include "veldnls/pipeline.h"
 #include "veldnls/status.h"
 
 namespace veldnls {
+
+// What converts a stage's plain text: whole characters that have room and change no status.
+struct PlainText {
+  size_t kernel;         // where its kernel stands in the record of kernels; 0: there is none
+  unsigned sourceShift;  // a source unit has 1 << sourceShift bytes
+  unsigned targetShift;
+
+  // Converts what is plain at the front, and returns the bytes read and written.
+  KernelRun convert(const uint8_t* input, size_t inputLength, uint8_t* output, size_t outputSize) const {
+    if (kernel == 0) return {0, 0};
+    TextKernel* const* slot = reinterpret_cast<TextKernel* const*>(reinterpret_cast<const char*>(&kernels()) + kernel);
+    const KernelRun run = (*slot)(input, inputLength >> sourceShift, output, outputSize >> targetShift);
+    return {run.read << sourceShift, run.written << targetShift};
+  }
+};
 
 // The text that a loop works on, and how far it got. Loops take it and give it back by value, which keeps the counters
 // in registers although the output is written through a byte pointer.
@@ -22,6 +40,14 @@ struct StageText {
   size_t written = 0;
   NlsStatus status = 0;
   bool substituted = false;
+
+  // Goes over the plain text at position(); returns how many bytes it read.
+  size_t skip(const PlainText& plain) {
+    const KernelRun run = plain.convert(position(), remaining(), output + written, outputSize - written);
+    read += run.read;
+    written += run.written;
+    return run.read;
+  }
 
   bool atEnd() const { return read == inputLength; }
   const uint8_t* position() const { return input + read; }
@@ -63,13 +89,9 @@ struct StageText {
 // the input. Called with input and with at least StageRow::minimumOutput bytes of room.
 using StageLoop = StageText (*)(StageText);
 
-// Converts what is plain in front of a text's position: whole characters that have room and change no status. Returns
-// how many units it read.
-using StageSkip = size_t (*)(StageText&);
-
 struct StageForm {
   StageLoop loop;
-  StageSkip skip;
+  PlainText plain;
   Blank blank;  // of the source, for the blank rule
 };
 
@@ -80,17 +102,35 @@ struct StageRow {
   StageForm swapped;  // with NLS_SWAPPED_INPUT
 };
 
-// Runs a stage. The arguments behind `row` are those of NlsUnicodeStage.
-NlsStatus runStage(const StageRow& row, TranscodingPipeline* pipeline, const void* input, uint32_t inputLength,
-                   void* output, uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
-                   const TranscodeOptions* options);
+// Runs a stage; `done` bytes of it, at the front, were converted and are whole characters. `form` is the one of `row`
+// that `options` ask for; the arguments behind it are those of NlsUnicodeStage.
+NlsStatus runStage(const StageRow& row, const StageForm& form, KernelRun done, TranscodingPipeline* pipeline,
+                   const void* input, uint32_t inputLength, void* output, uint32_t outputSize, uint32_t* outputLength,
+                   TranscodeProgress* progress, const TranscodeOptions* options);
 
-// The stage of a row, as pipelines hold it.
+// Turns the units of a text around.
+void swapInPlace(uint8_t* text, size_t length, uint32_t unit);
+
+// The stage of a row, as pipelines hold it. A call with plain text and without a progress record, as most are, ends
+// here; what is done for it is all that a short text's call costs.
 template <const StageRow& row>
 NlsStatus stage(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
                 uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                 const TranscodeOptions* options) {
-  return runStage(row, pipeline, input, inputLength, output, outputSize, outputLength, progress, options);
+  if (const auto ended = beginOrEnd(inputLength, outputSize, row.minimumOutput, outputLength, progress)) return *ended;
+  const bool swapped = options != nullptr && (options->words[0] & NLS_SWAPPED_INPUT) != 0;
+  const StageForm& form = swapped ? row.swapped : row.straight;
+  KernelRun done{0, 0};
+  if (progress == nullptr && !rangesOverlap(input, inputLength, output, outputSize)) {
+    auto* const written = static_cast<uint8_t*>(output);
+    done = form.plain.convert(static_cast<const uint8_t*>(input), inputLength, written, outputSize);
+    if (done.read == inputLength) {
+      reportLength(outputLength, static_cast<uint32_t>(done.written));
+      if (pipeline->source.swapOutput != 0) swapInPlace(written, done.written, row.targetUnit);
+      return 0;
+    }
+  }
+  return runStage(row, form, done, pipeline, input, inputLength, output, outputSize, outputLength, progress, options);
 }
 
 }  // namespace veldnls

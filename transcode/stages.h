@@ -69,8 +69,9 @@ StageFunction utfEbcdicToUtf8;
 StageFunction utf8ToUtfEbcdic;
 
 // The runs of routes through the multi-byte module: the stage of the source side, or those of both sides with UTF-16LE
-// between them. In a two-stage run with a progress record a substitution by the second stage outweighs a short output,
-// so that a caller goes on from `consumed`.
+// between them. The status of a two-stage run is the second stage's. With a progress record a status of the first
+// stage, limited to what the second took, outweighs it; but a substitution by the second stands, unless the input ended
+// inside a character.
 StageFunction multiByteTranscodeResumable;
 StageFunction twoStageTranscodeResumable;
 

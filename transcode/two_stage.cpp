@@ -50,30 +50,69 @@ NlsStatus runTwoStages(CEI estimateSource, NlsUnicodeStage first, NlsUnicodeStag
   NlsStatus status = second(pipeline, middle, middleLength, output, outputSize, &written, &secondProgress, &ownOptions);
   if (firstStatus == nlsNoMemory || status == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
   // The intermediate text ends with half a surrogate pair. There is no call to come for it: it was replaced by nothing.
-  if (status == nlsIncompleteInput) {
+  const bool halfPair = status == nlsIncompleteInput;
+  if (halfPair) {
     status = nlsSubstituted;
     secondProgress.flags |= NLS_PROGRESS_SUBSTITUTED;
   }
   reportLength(outputLength, written);
   if (progress == nullptr) return status;
 
-  TranscodeProgress again = before;
-  uint32_t middleUsed = 0;
-  NlsStatus takenStatus =
-      first(pipeline, text.bytes, text.length, middle, secondProgress.consumed, &middleUsed, &again, &ownOptions);
-  if (takenStatus == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
-  // When all that came before an incomplete character was taken, the limited run may have had no room to see that one.
-  if (firstStatus == nlsIncompleteInput && middleLength == middleUsed) takenStatus = nlsIncompleteInput;
-  // What the second stage took may end inside a pair. The limited run replaces that and ends, but the text goes on.
-  const bool whole = again.consumed == text.length;
-  if (status == nlsOutputTruncated && takenStatus == nlsSubstituted && !whole) takenStatus = nlsOutputTruncated;
-  again.flags |= secondProgress.flags;
-  *progress = again;
+  // What the first stage did stands if the second took all of it: then shifts and the start of a character behind the
+  // last one are read. Half a pair counts as taken.
+  NlsStatus takenStatus = firstStatus;
+  if (secondProgress.consumed != middleLength && !halfPair) {
+    TranscodeProgress again = before;
+    uint32_t middleUsed = 0;
+    takenStatus =
+        first(pipeline, text.bytes, text.length, middle, secondProgress.consumed, &middleUsed, &again, &ownOptions);
+    if (takenStatus == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
+    // What the second stage took may end inside a pair. The limited run replaces that and ends, but the text goes on.
+    const bool whole = again.consumed == text.length;
+    if (status == nlsOutputTruncated && takenStatus == nlsSubstituted && !whole) takenStatus = nlsOutputTruncated;
+    *progress = again;
+  }
+  progress->flags |= secondProgress.flags;
   settle(*progress, text, progress->consumed, takenStatus);
 
   // A substitution by the second stage stands, unless the input ended inside a character.
   if (status != nlsSubstituted || takenStatus == nlsIncompleteInput) status = takenStatus;
   return status;
+}
+
+NlsStatus runTwoStagesByPieces(NlsUnicodeStage first, NlsUnicodeStage second, TranscodingPipeline* pipeline,
+                               const void* input, uint32_t inputLength, void* output, uint32_t outputSize,
+                               uint32_t* outputLength, const TranscodeOptions* options) {
+  beginRun(outputLength, nullptr);
+  RunInput<runScratchSize> work(pipeline->nls->pool);
+  if (!work.open(input, inputLength, output, outputSize, nullptr)) return nlsNoMemory;
+  const RunText& text = work.text();
+  TranscodeOptions ownOptions = options != nullptr ? *options : TranscodeOptions{};
+  ownOptions.words[0] &= ~NLS_SWAPPED_INPUT;
+
+  alignas(8) uint8_t middle[runScratchSize];
+  auto* const out = static_cast<uint8_t*>(output);
+  TranscodeProgress state{};  // carries the first stage's shift state from piece to piece
+  NlsStatus result = 0;
+  uint32_t read = 0;
+  uint32_t written = 0;
+  while (read < text.length) {
+    uint32_t middleLength = 0;
+    const NlsStatus firstStatus = first(pipeline, text.bytes + read, text.length - read, middle, sizeof middle,
+                                        &middleLength, &state, &ownOptions);
+    TranscodeProgress pieceProgress{};
+    uint32_t pieceWritten = 0;
+    const NlsStatus status = second(pipeline, middle, middleLength, out + written, outputSize - written, &pieceWritten,
+                                    &pieceProgress, &ownOptions);
+    if (firstStatus == nlsNoMemory || status == nlsNoMemory) return nlsNoMemory;
+    read += state.consumed;
+    written += pieceWritten;
+    if (status != 0) result = status == nlsIncompleteInput ? NlsStatus{nlsSubstituted} : status;
+    // A character that isn't whole ends the text, as does one that has no room.
+    if (firstStatus == nlsIncompleteInput || status == nlsOutputTruncated || state.consumed == 0) break;
+  }
+  reportLength(outputLength, written);
+  return result;
 }
 
 }  // namespace veldnls

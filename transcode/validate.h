@@ -1,4 +1,4 @@
-// Validation of encoded text. The library has no tables of valid bytes yet: every encoding is refused.
+// Validation of encoded text. The contract stands at the slot type in veldnls/encoding.h.
 #pragma once
 
 #include "veldnls/nls.h"

@@ -1,7 +1,6 @@
 #include "core/text/run_input.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cstring>
 
 #include "veldnls/status.h"
@@ -12,10 +11,12 @@ namespace {
 
 constexpr uint32_t heldCapacity = sizeof(TranscodeProgress::held);
 
-void hold(TranscodeProgress& progress, const uint8_t* bytes, uint32_t count) {
-  assert(count <= heldCapacity);
+// Holds what stands at `bytes`, as much as the field takes, and returns how much that is.
+uint32_t hold(TranscodeProgress& progress, const uint8_t* bytes, uint32_t count) {
   progress.heldCount = std::min(count, heldCapacity);
   std::memcpy(progress.held, bytes, progress.heldCount);
+  progress.pending = 1;
+  return progress.heldCount;
 }
 
 void releaseHeld(TranscodeProgress& progress) {
@@ -38,13 +39,13 @@ void takeHeld(TranscodeProgress& progress, const RunText& text) {
 
 void settle(TranscodeProgress& progress, const RunText& text, uint32_t taken, NlsStatus status) {
   if (status == nlsIncompleteInput) {
-    if (taken != text.length) hold(progress, text.bytes + taken, text.length - taken);
-    progress.consumed = text.length - text.prefixed;
+    uint32_t held = 0;
+    if (taken != text.length) held = hold(progress, text.bytes + taken, text.length - taken);
+    progress.consumed = taken + held - text.prefixed;
     progress.pending = 1;
   } else if (taken < text.prefixed && (status == nlsOutputTruncated || status == nlsNoMemory)) {
     hold(progress, text.bytes + taken, text.prefixed - taken);
     progress.consumed = 0;
-    progress.pending = 1;
   } else {
     releaseHeld(progress);
     progress.consumed = taken - std::min(taken, text.prefixed);

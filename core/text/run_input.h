@@ -90,11 +90,11 @@ class RunInput {
 void takeHeld(TranscodeProgress& progress, const RunText& text);
 
 // Ends a run that has read the first `taken` bytes of its text and returns `status`, the blank rule being applied. If
-// the input ended inside a character (nlsIncompleteInput) the rest, of no more than 8 bytes, is held and counts as
-// consumed; without a rest the bytes that an inner stage has held stay. If the run found too little room or memory
-// (nlsOutputTruncated, nlsNoMemory), those of the call before that it didn't read are held again. Otherwise nothing is
-// held: what the run left of them are blanks that were dropped. `consumed` becomes the count of bytes of the caller's
-// own input.
+// the input ended inside a character (nlsIncompleteInput) the rest is held and counts as consumed: no character has
+// more than 8 bytes, but of a longer rest the first 8 are held and the others stay unread. Without a rest the bytes
+// that an inner stage has held stay. If the run found too little room or memory (nlsOutputTruncated, nlsNoMemory),
+// those of the call before that it didn't read are held again. Otherwise nothing is held: what the run left of them are
+// blanks that were dropped. `consumed` becomes the count of bytes of the caller's own input.
 void settle(TranscodeProgress& progress, const RunText& text, uint32_t taken, NlsStatus status);
 
 }  // namespace veldnls

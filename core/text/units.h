@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace veldnls {
 
@@ -31,8 +32,13 @@ inline uint32_t load32(const uint8_t* at) {
 
 // Units are written little-endian only; a big-endian target is turned around after the run.
 inline void store16(uint8_t* at, uint32_t unit) {
-  at[0] = static_cast<uint8_t>(unit);
-  at[1] = static_cast<uint8_t>(unit >> 8);
+  if constexpr (std::endian::native == std::endian::little) {
+    const auto bytes = static_cast<uint16_t>(unit);
+    std::memcpy(at, &bytes, sizeof bytes);
+  } else {
+    at[0] = static_cast<uint8_t>(unit);
+    at[1] = static_cast<uint8_t>(unit >> 8);
+  }
 }
 
 inline void store32(uint8_t* at, uint32_t unit) {

@@ -259,6 +259,8 @@ TEST(Create, SingleByteModuleThatCantBeLoadedIsRefused) {
 }
 
 TEST(Create, MultiByteModuleThatCantBeLoadedIsRefused) {
+  MultiByteModule* const loaded = nls()->multiByteModule;
+  nls()->multiByteModule = nullptr;
   veldnls::hideExtension(u"qznlsmb");
   for (const CEI multi : {U_SHIFTJIS_CE, U_EUCJP_CE, U_IBM937_CE, U_GB18030_CE}) {
     for (const CEI other : {U_WLATIN1_CE, U_UTF8_CE, U_UTFE_CE, U_L_UNICODE_CE, U_B_UCS4_CE, U_HITQUOKANA_CE, multi}) {
@@ -274,6 +276,7 @@ TEST(Create, MultiByteModuleThatCantBeLoadedIsRefused) {
   const test::Ending ending = test::runInChild([] { nls()->createPipeline(nls(), 138, 25, nullptr, journal); });
   EXPECT_NE(ending.output.find("QzlMessageToJnl: \n"), std::string::npos);
   veldnls::hideExtension(nullptr);
+  nls()->multiByteModule = loaded;
 }
 
 TEST(Create, RefusedPipelinesLeaveNoMemoryBehind) {
@@ -327,17 +330,6 @@ TEST(Destroy, LeavesWhatItDoesntOwn) {
   pipeline = nls()->createPipeline(nls(), U_UTF8_CE, U_L_UNICODE_CE, nullptr, nullptr);
   pipeline->flags = NLS_PIPELINE_OWNS_BYTE_MAP | NLS_PIPELINE_OWNS_SOURCE_OVERLAY | NLS_PIPELINE_OWNS_TARGET_OVERLAY;
   EXPECT_EQ(pipeline->destroy(pipeline), 0u);
-}
-
-TEST(Slots, NotYetServed) {
-  UserCharacterTable table{};
-  EXPECT_EQ(nls()->setUserCharacterTables(nls(), &table), nullptr);
-  EXPECT_EQ(nls()->userCharacterTables, nullptr);
-  EXPECT_EQ(nls()->freeUserCharacterTables(nls(), nullptr), 0u);
-  int32_t offset = 7;
-  EXPECT_EQ(nls()->validateEncodedText(nls(), "a", 1, U_UTF8_CE, nullptr, &offset), nlsUnknownEncoding);
-  EXPECT_EQ(offset, -1);
-  EXPECT_EQ(nls()->validateEncodedText(nls(), "a", 1, U_UTF8_CE, nullptr, nullptr), nlsUnknownEncoding);
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ struct Call {
 } lastCall;
 
 void note(const CodePageModule* module, const PipelineSide* side, const TranscodeOptions* options) {
-  lastCall = {module, side, options->words[0], lastCall.count + 1};
+  lastCall = {module, side, options != nullptr ? options->words[0] : 0, lastCall.count + 1};
 }
 
 NlsStatus finish(uint32_t read, uint32_t written, NlsStatus status, bool substituted, uint32_t* outputLength,
@@ -75,7 +75,7 @@ NlsStatus fromUnicodeStage(CodePageModule* module, PipelineSide* side, const voi
   note(module, side, options);
   const auto* in = static_cast<const uint8_t*>(input);
   auto* out = static_cast<uint8_t*>(output);
-  const int low = (options->words[0] & NLS_SWAPPED_INPUT) != 0 ? 1 : 0;
+  const int low = options != nullptr && (options->words[0] & NLS_SWAPPED_INPUT) != 0 ? 1 : 0;
   uint32_t read = 0;
   uint32_t written = 0;
   NlsStatus status = 0;
@@ -515,7 +515,47 @@ TEST_F(MultiByte, StageWithoutMemory) {
   }
 }
 
+// The text between the stages ends with half a pair, which no call to come completes: it counts as taken, and as
+// replaced by nothing.
+TEST_F(MultiByte, HalfAPairBetweenTheStagesIsTaken) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  pipeline->target.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,
+                              uint32_t* length, TranscodeProgress* progress, const TranscodeOptions* options) {
+    fromUnicodeStage(m, s, in, n - 2, out, size, length, progress, options);
+    return NlsStatus{nlsIncompleteInput};
+  };
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pipeline, hex("61 62 63"), 8, progress),
+            (Outcome{.status = nlsSubstituted, .bytes = hex("61 62"), .consumed = 3, .substituted = true}));
+  EXPECT_EQ(run(pipeline, hex("61 62 63"), 8), (Outcome{.status = nlsSubstituted, .bytes = hex("61 62")}));
+}
+
 int runsOfFirstStage;
+
+constexpr NlsModuleStage countedToUnicode = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n,
+                                               void* out, uint32_t size, uint32_t* length, TranscodeProgress* own,
+                                               const TranscodeOptions* options) {
+  ++runsOfFirstStage;
+  return toUnicodeStage(m, s, in, n, out, size, length, own, options);
+};
+
+// The run that measures the input is made only when the second stage left something.
+TEST_F(MultiByte, TheFirstStageRunsOnceWhenAllWasTaken) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_IBM937_CE);
+  pipeline->source.stage = countedToUnicode;
+  struct Case {
+    const char* text;
+    size_t room;
+    int runs;
+  };
+  for (const Case& each :
+       {Case{"61 80 41", 8, 1}, {"61 80 41", 3, 1}, {"61 80", 8, 1}, {"80", 0, 1}, {"61 80 41", 2, 2}, {"61", 0, 2}}) {
+    TranscodeProgress progress{};
+    runsOfFirstStage = 0;
+    resume(pipeline, hex(each.text), each.room, progress);
+    EXPECT_EQ(runsOfFirstStage, each.runs) << each.text << " into " << each.room;
+  }
+}
 
 // Text was written when the run that measures the input fails: it isn't reported, and the call can be made again.
 TEST_F(MultiByte, MeasuringRunWithoutMemory) {
@@ -530,9 +570,9 @@ TEST_F(MultiByte, MeasuringRunWithoutMemory) {
     return toUnicodeStage(m, s, in, n, out, size, length, own, options);
   };
   const uint8_t input[] = {0x41, 0x62};
-  uint8_t output[8];
+  uint8_t output[2];
   uint32_t written = 99;
-  EXPECT_EQ(pipeline->transcodeResumable(pipeline, input, 2, output, 8, &written, &progress, nullptr), nlsNoMemory);
+  EXPECT_EQ(pipeline->transcodeResumable(pipeline, input, 2, output, 2, &written, &progress, nullptr), nlsNoMemory);
   EXPECT_EQ(runsOfFirstStage, 2);
   EXPECT_EQ(written, 0u);
   EXPECT_EQ(progress.consumed, 0u);
@@ -541,6 +581,86 @@ TEST_F(MultiByte, MeasuringRunWithoutMemory) {
   EXPECT_EQ(progress.held[0], 0x80);
   pipeline->source.stage = working;
   EXPECT_EQ(resume(pipeline, input, 8, progress), (Outcome{.status = 0, .bytes = hex("80 41 62"), .consumed = 2}));
+}
+
+// Without a progress record a text goes through in pieces, and needs no memory; not so when the target has shifts,
+// which each piece would close, or when blanks may be dropped, which the last pieces might be.
+TEST_F(MultiByte, LongTextsNeedNoMemory) {
+  Bytes text;
+  for (int i = 0; i < 9000; ++i) {
+    const Bytes piece = i % 3 == 0 ? hex("61") : hex("80 41");
+    text.insert(text.end(), piece.begin(), piece.end());
+  }
+  text.push_back(0x81);
+  const Bytes whole(text.begin(), text.end() - 1);
+  const Pipeline pieces(U_SHIFTJIS_CE, U_EUCJP_CE);
+  const Pipeline shifted(U_SHIFTJIS_CE, U_IBM937_CE);
+  EXPECT_EQ(run(shifted, text, whole.size()), (Outcome{.status = 0, .bytes = whole}));
+  host().memory.allowAllocation = [](uint32_t) -> NlsBool8 { return 0; };
+  EXPECT_EQ(run(pieces, text, whole.size()), (Outcome{.status = 0, .bytes = whole}));
+  EXPECT_EQ(run(pieces, text, whole.size() - 1),
+            (Outcome{.status = nlsOutputTruncated, .bytes = Bytes(whole.begin(), whole.end() - 2)}));
+  EXPECT_EQ(run(pieces, text, 0), (Outcome{.status = nlsOutputTruncated}));
+  EXPECT_EQ(run(shifted, text, whole.size()).status, nlsNoMemory);
+  EXPECT_EQ(run(pieces, text, whole.size(), &dropBlanks).status, nlsNoMemory);
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pieces, text, whole.size(), progress).status, nlsNoMemory);
+  host().memory.allowAllocation = nullptr;
+}
+
+// A substitution in any piece is the run's, but a short output outweighs it.
+TEST_F(MultiByte, SubstitutionsInPieces) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  pipeline->source.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,
+                              uint32_t* length, TranscodeProgress* own, const TranscodeOptions* options) {
+    const NlsStatus status = toUnicodeStage(m, s, in, n, out, size, length, own, options);
+    auto* units = static_cast<uint8_t*>(out);
+    for (uint32_t i = 0; i + 1 < *length; i += 2) {
+      if (units[i] == 'x' && units[i + 1] == 0) units[i] = 0xAC, units[i + 1] = 0x20;
+    }
+    return status;
+  };
+  Bytes text(5000, 'a');
+  text[1500] = 'x';
+  Bytes wanted = text;
+  wanted[1500] = '?';
+  EXPECT_EQ(run(pipeline, text, 5000), (Outcome{.status = nlsSubstituted, .bytes = wanted}));
+  wanted.pop_back();
+  EXPECT_EQ(run(pipeline, text, 4999), (Outcome{.status = nlsOutputTruncated, .bytes = wanted}));
+}
+
+TEST_F(MultiByte, APieceWithoutMemory) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  runsOfFirstStage = 0;
+  pipeline->source.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,
+                              uint32_t* length, TranscodeProgress* own, const TranscodeOptions* options) {
+    if (++runsOfFirstStage == 2) return NlsStatus{nlsNoMemory};
+    return toUnicodeStage(m, s, in, n, out, size, length, own, options);
+  };
+  const Bytes text(3000, 'a');
+  Bytes output(3000);
+  uint32_t written = 99;
+  EXPECT_EQ(pipeline->transcodeResumable(pipeline, text.data(), 3000, output.data(), 3000, &written, nullptr, nullptr),
+            nlsNoMemory);
+  EXPECT_EQ(runsOfFirstStage, 2);
+  EXPECT_EQ(written, 0u);
+}
+
+// A stage may report a substitution where its room ended. What was held and wasn't read is held again.
+TEST_F(MultiByte, HeldBytesBehindASubstitutionStayHeld) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_L_UNICODE_CE);
+  TranscodeProgress progress{};
+  progress.pending = 1;
+  progress.heldCount = 3;
+  std::memcpy(progress.held, "abc", 3);
+  pipeline->source.stage = [](CodePageModule*, PipelineSide*, const void*, uint32_t, void*, uint32_t,
+                              uint32_t* outputLength, TranscodeProgress* own, const TranscodeOptions*) -> NlsStatus {
+    *outputLength = 0;
+    own->consumed = 1;
+    return nlsSubstituted;
+  };
+  EXPECT_EQ(resume(pipeline, hex("64"), 2, progress),
+            (Outcome{.status = nlsSubstituted, .pending = true, .held = hex("62 63")}));
 }
 
 // As behind a trailing shift sequence: all was read, but the text can't end here. Nothing of the call before is left.
