@@ -2,6 +2,7 @@
 
 #include "failure.h"
 #include "names.h"
+#include "route.h"
 #include "veldnls/status.h"
 
 namespace veld {
@@ -17,13 +18,14 @@ constexpr size_t growth = 8;
 Chain::Chain(QZNLS& nls, const std::vector<CEI>& route) {
   size_t input = blockSize;
   for (size_t i = 0; i + 1 < route.size(); ++i) {
-    Pipeline pipeline(nls.createPipeline(&nls, route[i], route[i + 1], nullptr, nullptr));
+    Pipeline pipeline = makePipeline(nls, route[i], route[i + 1]);
     if (pipeline == nullptr) {
       throw Failure("the library has no way from " + displayName(nls, route[i]) + " to " +
                     displayName(nls, route[i + 1]) + "; choose encodings that have code-page tables");
     }
     const size_t room = input * growth;
-    hops_.push_back({std::move(pipeline), room, std::make_unique_for_overwrite<uint8_t[]>(room)});
+    hops_.push_back(
+        {std::move(pipeline), isMultiByte(nls, route[i]), room, std::make_unique_for_overwrite<uint8_t[]>(room)});
     input = room;
   }
   // What comes in the middle is UTF-16: of the same size for UTF-16, one unit for each byte of a code page.
@@ -42,12 +44,14 @@ ChainStep Chain::runHop(const Hop& hop, Bytes input, TranscodeProgress& progress
     if (status == nlsNoMemory) throw Failure("memory is exhausted; close other programs and try again");
     size += written;
     if (status == nlsSubstituted || (progress.flags & NLS_PROGRESS_SUBSTITUTED) != 0) step.substituted = true;
-    if (status != nlsOutputTruncated) {
-      step.taken = input.size();
-    } else if (progress.consumed == 0) {
-      break;  // the odd byte that a swap of units can't take
-    } else {
+    if (status == nlsOutputTruncated) {
+      if (progress.consumed == 0) break;  // the odd byte that a swap of units can't take
       step.taken += progress.consumed;
+    } else if (status == nlsIncompleteInput && hop.fromMultiByte) {
+      step.taken += progress.consumed;  // of a row of shift sequences not all may be held
+      break;
+    } else {
+      step.taken = input.size();
     }
   }
   step.output = {hop.output.get(), size};
@@ -65,10 +69,13 @@ ChainStep Chain::run(Bytes block, ChainState& state) {
 }
 
 size_t Chain::heldBytes(const ChainState& state) const {
-  const auto held = [](const TranscodeProgress& progress) -> size_t {
-    return progress.pending != 0 ? progress.heldCount : 0;
-  };
-  return held(state[0]) + held(state[1]) / middleBytesPerSourceByte_;
+  const size_t middle = state[1].pending != 0 ? state[1].heldCount : 0;
+  return heldSource(state).size() + middle / middleBytesPerSourceByte_;
+}
+
+Bytes heldSource(const ChainState& state) {
+  if (state[0].pending == 0) return {};
+  return Bytes(state[0].held).first(state[0].heldCount);
 }
 
 }  // namespace veld

@@ -2,22 +2,12 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
-#include "veldnls/nls.h"
+#include "pipeline.h"
 
 namespace veld {
-
-using Bytes = std::span<const uint8_t>;
-
-struct DestroyPipeline {
-  void operator()(TranscodingPipeline* pipeline) const { pipeline->destroy(pipeline); }
-};
-using Pipeline = std::unique_ptr<TranscodingPipeline, DestroyPipeline>;
 
 // The most bytes of a block.
 inline constexpr size_t blockSize = 64 * 1024;
@@ -47,6 +37,7 @@ class Chain {
  private:
   struct Hop {
     Pipeline pipeline;
+    bool fromMultiByte;
     size_t room;
     std::unique_ptr<uint8_t[]> output;
   };
@@ -55,5 +46,8 @@ class Chain {
   std::vector<Hop> hops_;
   size_t middleBytesPerSourceByte_ = 1;
 };
+
+// The bytes at the source that the state holds: the start of a character that isn't complete.
+Bytes heldSource(const ChainState& state);
 
 }  // namespace veld

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "report.h"
 #include "veldnls/nls.h"
 
 namespace veld {
@@ -20,11 +21,14 @@ struct ConvertArguments {
   std::string output;              // empty: standard output
   std::vector<std::string> files;  // empty: standard input
   OnLoss onLoss = OnLoss::substitute;
+  ReportFormat report = ReportFormat::text;
+  Progress::When progress = Progress::When::longInput;
 };
 
 // Converts the files one after the other, each as a text of its own, and returns exitWhole or exitLoss. A first loss
-// of each file, and an end inside a character, get a sentence on standard error with the file and the offset in bytes.
-// Under OnLoss::fail nothing behind the loss is converted, and a named output stays as it was. Throws Failure.
+// of each file, and an end inside a character, are told on standard error with the file, the place, the bytes and the
+// reason. Under OnLoss::fail nothing behind the loss is converted, and a named output stays as it was. Throws Failure;
+// in a report of objects a failure over a file is told by its object, and exitNotDone returned.
 int convert(QZNLS& nls, const ConvertArguments& arguments);
 
 }  // namespace veld

@@ -10,8 +10,10 @@
 
 namespace veld {
 
+std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
 Input::Input(const std::string& path)
-    : name_(path == "-" ? "standard input" : path),
+    : name_(inputName(path)),
       file_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
       buffer_(blockSize) {
   if (file_ < 0) throw systemFailure(name_, "can't be opened for reading", errno);

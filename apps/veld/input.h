@@ -9,6 +9,9 @@
 
 namespace veld {
 
+// What to call a file in a sentence.
+std::string inputName(const std::string& path);
+
 class Input {
  public:
   // Opens a file; "-" is standard input. Throws Failure.

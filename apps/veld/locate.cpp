@@ -14,7 +14,7 @@ bool substitutes(Chain& chain, ChainState state, Bytes prefix) { return chain.ru
 
 }  // namespace
 
-int64_t locateSubstitution(Chain& chain, const ChainState& before, Bytes block) {
+Extent locateSubstitution(Chain& chain, const ChainState& before, Bytes block) {
   size_t whole = 0;             // a prefix of this length comes over
   size_t lossy = block.size();  // one of this length doesn't
   while (lossy - whole > 1) {
@@ -22,7 +22,8 @@ int64_t locateSubstitution(Chain& chain, const ChainState& before, Bytes block) 
     (substitutes(chain, before, block.first(middle)) ? lossy : whole) = middle;
   }
   // The last byte of the shortest lossy prefix completes the character; those ahead of it were waiting.
-  return static_cast<int64_t>(whole) - static_cast<int64_t>(waitingBytes(chain, before, block.first(whole)));
+  const size_t waiting = waitingBytes(chain, before, block.first(whole));
+  return {static_cast<int64_t>(whole) - static_cast<int64_t>(waiting), static_cast<int64_t>(lossy)};
 }
 
 }  // namespace veld

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "convert.h"
+#include "diff.h"
 #include "encodings.h"
 #include "failure.h"
 #include "host_services.h"
@@ -11,6 +12,7 @@
 #include "module.h"
 #include "names.h"
 #include "text.h"
+#include "validate.h"
 
 namespace {
 
@@ -19,18 +21,47 @@ constexpr const char* convertNotes =
 FROM utf-16 reads a byte order mark and takes it off; without one the text is little-endian.
 No byte order mark is ever written.
 
+The first character of each file that doesn't come over is told with its offset, line and column, its bytes and the
+reason: malformed in FROM, no character there, or no place in TO. A file that ends inside a character counts as cut, and
+the part is left out. With --report json each file gets an object on a line of standard error instead of sentences.
+
 What the library doesn't report, this program adds:
-  - A replaced character is found by running its block again, and reported with its offset.
-  - A file that ends inside a character counts as cut, and the part is left out.
+  - A replaced character is found by running its block again.
   - Bytes of a single-byte FROM that have no meaning there count as substituted, and so do bytes that another
     single-byte TO has only under another meaning.
+  - So do single bytes of a multi-byte FROM that have no meaning there, an ESC or another byte that begins a shift
+    sequence which isn't one, and characters, as controls or small letters, that a multi-byte TO reads as others.
   - Bytes from 80 on count as substituted when TO us-ascii takes the text as it is.
   - Unpaired surrogates and values beyond U+10FFFF count as malformed in every Unicode form.
-  - Characters of plane 16 count as substituted from utf-8 to utf-8, utf-16 and utf-e.
-  - FROM utf-16be, and plain to open EBCDIC pages (as ebcdic1047 to open_ed-1047), go through utf-16le.
-  - FROM utf-e gets a warning: its two-byte characters are read as others.
+  - Characters of plane 16 count as substituted from utf-8 to utf-8, utf-16 and utf-e, and all beyond U+FFFF to gb18030.
+  - FROM utf-16be, plain to open EBCDIC pages (as ebcdic1047 to open_ed-1047), single to multi-byte encodings and back,
+    and pages FROM aeasteuro go through utf-16le.
+  - TO gb18030 has its four-byte codes, whatever was converted before.
+  - A shifted TO, as ibm-939 or iso2022jp, has no shift sequences but where the mode changes.
+  - FROM utf-e gets a warning: its two-byte characters are read as others, but to multi-byte encodings; so do ibm-1381,
+    fujitsu-cn and hitquo-cn, of which only the single bytes have tables.
+
+FROM iso2022jp and jis-7 know ESC $ B and ESC ( J alone, not ESC $ @ and ESC ( B.
 
 Exit status: 0 all came over; 1 something was substituted, malformed or cut; 2 not done.)";
+
+constexpr const char* validateNotes =
+    R"(Standard output gets a line for each fault, with its offset, line and column, and the bytes that stand there, and a line
+with the result of each file; with --report json an object on a line for each file.
+Offsets count bytes from 0, lines and columns from 1; a column is a character, and a line ends with LF, or in EBCDIC with
+LF or NEL. NAME utf-16 reads a byte order mark.
+
+With --all the text goes on one byte behind a fault, in UTF-16 and UTF-32 one unit, in the shift state that held there.
+Some rules of the library are narrower than the encoding, which a note tells beside the faults: UTF-32 ends at U+1018F, and
+gb18030 is known in part. utf-8 is taken up to F7 BF BF BF. utf-e, ucsu and some pages can't be validated.
+
+Exit status: 0 valid; 1 there is a fault; 2 not done.)";
+
+constexpr const char* diffNotes =
+    R"(A character counts as one of an encoding if "veld convert" writes it there without a loss. Codes are bytes and pairs of
+bytes, in shifted encodings those of either mode, and four bytes of gb18030. They aren't compared with Unicode forms.
+
+Exit status: 0 no difference; 1 there are differences; 2 not done.)";
 
 struct SessionArguments {
   std::string encoding;
@@ -41,6 +72,32 @@ struct EncodingsArguments {
   std::string name;
   bool json = false;
 };
+
+struct DiffArguments {
+  std::string a;
+  std::string b;
+  bool json = false;
+};
+
+veld::Format formatOf(bool json) { return json ? veld::Format::json : veld::Format::text; }
+
+void addFiles(CLI::App& command, std::vector<std::string>& files) {
+  command.add_option("files", files, "Files to read, - is standard input; else standard input")->type_name("FILE");
+}
+
+void addReport(CLI::App& command, veld::ReportFormat& report, veld::Progress::When& progress) {
+  const std::map<std::string, veld::ReportFormat> formats{{"text", veld::ReportFormat::text},
+                                                          {"json", veld::ReportFormat::json}};
+  command.add_option("--report", report, "How to tell of each file")
+      ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case).description("{text,json}"))
+      ->default_str("text");
+  CLI::Option* on = command.add_flag_callback(
+      "--progress", [&progress] { progress = veld::Progress::When::always; },
+      "Show bytes, rate and time left on standard error; by itself on a terminal when it takes long");
+  CLI::Option* off = command.add_flag_callback(
+      "--no-progress", [&progress] { progress = veld::Progress::When::never; }, "Never show them");
+  on->excludes(off);
+}
 
 void addConvert(CLI::App& app, veld::ConvertArguments& arguments) {
   CLI::App* command = app.add_subcommand("convert", "Convert text from one encoding to another");
@@ -53,9 +110,30 @@ void addConvert(CLI::App& app, veld::ConvertArguments& arguments) {
   command->add_option("--on-loss", arguments.onLoss, "What to do when a character doesn't come over")
       ->transform(CLI::CheckedTransformer(ways, CLI::ignore_case).description("{substitute,fail}"))
       ->default_str("substitute");
-  command->add_option("files", arguments.files, "Files to read, - is standard input; else standard input")
-      ->type_name("FILE");
+  addReport(*command, arguments.report, arguments.progress);
+  addFiles(*command, arguments.files);
   command->footer(convertNotes);
+  command->fallthrough();
+}
+
+void addValidate(CLI::App& app, veld::ValidateArguments& arguments) {
+  CLI::App* command = app.add_subcommand("validate", "Find where text isn't well-formed");
+  command->add_option("-f,--from", arguments.encoding, "Encoding of the text")
+      ->type_name("NAME")
+      ->capture_default_str();
+  command->add_flag("--all", arguments.all, "Tell all faults, not the first of each file alone");
+  addReport(*command, arguments.report, arguments.progress);
+  addFiles(*command, arguments.files);
+  command->footer(validateNotes);
+  command->fallthrough();
+}
+
+void addDiff(CLI::App& app, DiffArguments& arguments) {
+  CLI::App* command = app.add_subcommand("diff", "Show the characters on which two encodings differ");
+  command->add_option("a", arguments.a, "Any name of an encoding")->required()->type_name("A");
+  command->add_option("b", arguments.b, "Any name of another")->required()->type_name("B");
+  command->add_flag("--json", arguments.json, "Print JSON");
+  command->footer(diffNotes);
   command->fallthrough();
 }
 
@@ -71,29 +149,56 @@ void applySession(QZNLS& nls, const SessionArguments& arguments) {
   if (!arguments.encoding.empty()) veld::setSessionEncoding(veld::findEncoding(nls, arguments.encoding));
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  CLI::App app("veld: text between encodings, by the veldnls library", "veld");
-  app.require_subcommand(1);
+// The commands and what they were given.
+struct CommandLine {
   std::string modulePath;
   SessionArguments session;
-  veld::ConvertArguments convertArguments;
-  EncodingsArguments encodingsArguments;
-  app.add_option("--module", modulePath, "The library's module; else beside this program, then the install folder")
+  veld::ConvertArguments convert;
+  veld::ValidateArguments validate;
+  DiffArguments diff;
+  EncodingsArguments encodings;
+};
+
+void describe(CLI::App& app, CommandLine& line) {
+  app.require_subcommand(1);
+  app.add_option("--module", line.modulePath, "The library's module; else beside this program, then the install folder")
       ->type_name("FILE");
-  app.add_option("--session-encoding", session.encoding, "What the encoding \"session\" is; else the host's")
+  app.add_option("--session-encoding", line.session.encoding, "What the encoding \"session\" is; else the host's")
       ->envname("VELD_SESSION_ENCODING")
       ->type_name("NAME");
-  app.add_option("--session-language", session.language,
+  app.add_option("--session-language", line.session.language,
                  "Language in which names of double-byte types, as IBM or EUC, are read: JAPANESE, KOREAN, CHINESE, "
                  "TAIWANESE")
       ->envname("VELD_SESSION_LANGUAGE")
       ->type_name("NAME");
-  addConvert(app, convertArguments);
-  addEncodings(app, encodingsArguments);
+  addConvert(app, line.convert);
+  addValidate(app, line.validate);
+  addDiff(app, line.diff);
+  addEncodings(app, line.encodings);
   app.add_subcommand("info", "Show versions, and the encoding and locale of the host")->fallthrough();
+}
 
+int run(const CLI::App& app, const CommandLine& line) {
+  const veld::Library library(line.modulePath);
+  QZNLS& nls = library.nls();
+  applySession(nls, line.session);
+  if (app.got_subcommand("convert")) return veld::convert(nls, line.convert);
+  if (app.got_subcommand("validate")) return veld::validate(nls, line.validate);
+  if (app.got_subcommand("diff")) return veld::diff(nls, line.diff.a, line.diff.b, formatOf(line.diff.json));
+  if (app.got_subcommand("encodings")) {
+    veld::printEncodings(nls, line.encodings.name, formatOf(line.encodings.json));
+  } else {
+    veld::printInfo(library);
+  }
+  return veld::exitWhole;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("veld: text between encodings, by the veldnls library", "veld");
+  CommandLine line;
+  describe(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -101,16 +206,9 @@ int main(int argc, char** argv) {
   }
 
   try {
-    const veld::Library library(modulePath);
-    applySession(library.nls(), session);
-    if (app.got_subcommand("convert")) return veld::convert(library.nls(), convertArguments);
-    if (app.got_subcommand("encodings")) {
-      veld::printEncodings(library.nls(), encodingsArguments.name,
-                           encodingsArguments.json ? veld::Format::json : veld::Format::text);
-    } else {
-      veld::printInfo(library);
-    }
-    return veld::exitWhole;
+    const int result = run(app, line);
+    if (!std::cout.flush()) throw veld::Failure("standard output can't be written; is its device full?");
+    return result;
   } catch (const std::exception& error) {
     std::cerr << "veld: " << error.what() << '\n';
     return veld::exitNotDone;

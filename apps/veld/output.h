@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "chain.h"
+#include "pipeline.h"
 
 namespace veld {
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
 
+#include "byte_meanings.h"
 #include "names.h"
 #include "route.h"
 #include "veldnls/cei.h"
@@ -11,45 +13,48 @@ namespace veld {
 
 namespace {
 
-constexpr size_t byteValues = 256;
 constexpr size_t firstBeyondAscii = 0x80;
 constexpr uint8_t firstTrail = 0x80;
 constexpr uint8_t firstTrailBeyondUnicode = 0x90;
-constexpr char16_t noMeaning = 0xFFFD;
+constexpr size_t room = 64;
 
-// All byte values through a pipeline, each of which becomes one Unit; nothing if there is no such pipeline.
-template <class Unit>
-std::optional<std::array<Unit, byteValues>> mapAllBytes(const Pipeline& pipeline) {
+// What a byte map makes of every byte; nothing if there is none.
+std::optional<std::array<uint8_t, byteValues>> mapAllBytes(const Pipeline& pipeline) {
   if (pipeline == nullptr) return std::nullopt;
   std::array<uint8_t, byteValues> bytes;
   std::iota(bytes.begin(), bytes.end(), uint8_t{0});
-  std::array<Unit, byteValues> units{};
-  uint32_t written = 0;
-  pipeline->transcode(pipeline.get(), bytes.data(), byteValues, units.data(), sizeof units, &written, nullptr);
-  if (written != sizeof units) return std::nullopt;
-  return units;
-}
-
-std::optional<std::array<char16_t, byteValues>> meanings(QZNLS& nls, CEI cei) {
-  return mapAllBytes<char16_t>(Pipeline(nls.createToUtf16Pipeline(&nls, cei, nullptr, nullptr)));
+  std::array<uint8_t, byteValues> mapped{};
+  if (convertShort(*pipeline, bytes, mapped).size != byteValues) return std::nullopt;
+  return mapped;
 }
 
 bool passesThroughUtf16(int32_t targetClass) { return targetClass == NLS_CLASS_UTF8 || targetClass == NLS_CLASS_UTF16; }
 
+uint8_t firstByteOf(TranscodingPipeline& fromUtf32, char32_t character) {
+  const Bytes text(reinterpret_cast<const uint8_t*>(&character), sizeof character);
+  std::array<uint8_t, room> output{};
+  convertShort(fromUtf32, text, output);
+  return output[0];
+}
+
 }  // namespace
 
-SilentLoss::SilentLoss(QZNLS& nls, CEI from, CEI to) {
-  const bool asItIs = (isWildCard(from) || isWildCard(to)) && nls.conversionNeeded(&nls, from, to) == 0;
-  if (asItIs) return;
+SilentLoss::SilentLoss(QZNLS& nls, CEI from, CEI to) : characters_(nls, from) {
+  if (passesAsItIs(nls, from, to)) return;
   const int32_t source = rowOf(nls, from).encodingClass;
-  if (from == U_B_UNICODE_CE || from == U_B_UCS4_CE) order_ = ByteOrder::big;
+  unwritable_ = findUnwritable(nls, to);
+  order_ = byteOrderOf(from);
   if (source == NLS_CLASS_UTF16) {
     form_ = Form::utf16;
   } else if (source == NLS_CLASS_UTF32) {
     form_ = Form::utf32;
   } else if (from == U_UTF8_CE && to != U_ASCII_CE) {
     form_ = Form::utf8;
-    lostTrail_ = passesThroughUtf16(rowOf(nls, to).encodingClass) ? firstTrail : firstTrailBeyondUnicode;
+    utf8_ =
+        Utf8Scan(unwritable_, passesThroughUtf16(rowOf(nls, to).encodingClass) ? firstTrail : firstTrailBeyondUnicode);
+  } else if (isMultiByte(nls, from)) {
+    form_ = Form::multiByte;
+    countSingles(nls, from);
   } else {
     countBytes(nls, from, to);
   }
@@ -61,53 +66,104 @@ void SilentLoss::countBytes(QZNLS& nls, CEI from, CEI to) {
     if (rowOf(nls, to).encodingClass == NLS_CLASS_SINGLE_BYTE) countChangedMeaning(nls, from, to);
   } else if (to == U_ASCII_CE && nls.conversionNeeded(&nls, from, to) == 0) {
     std::fill(lost_.begin() + firstBeyondAscii, lost_.end(), true);
+  } else if (from == U_UTFE_CE && unwritable_.any()) {
+    countUtfEbcdic(nls);
   }
 }
 
 void SilentLoss::countWithoutMeaning(QZNLS& nls, CEI from) {
-  const auto source = meanings(nls, from);
+  const auto source = byteMeanings(nls, from);
   if (!source) return;
-  for (size_t byte = 0; byte < byteValues; ++byte) lost_[byte] |= (*source)[byte] == noMeaning;
+  for (size_t byte = 0; byte < byteValues; ++byte) {
+    lost_[byte] |= (*source)[byte] == noMeaning || unwritable_.has((*source)[byte]);
+  }
 }
 
 // The way through UTF-16 reports what it replaces, so only direct byte maps and copies are looked at.
 void SilentLoss::countChangedMeaning(QZNLS& nls, CEI from, CEI to) {
   if (planRoute(nls, from, to).size() > 2) return;
-  const auto source = meanings(nls, from);
-  const auto target = meanings(nls, to);
-  const auto map = mapAllBytes<uint8_t>(Pipeline(nls.createPipeline(&nls, from, to, nullptr, nullptr)));
+  const auto source = byteMeanings(nls, from);
+  const auto target = byteMeanings(nls, to);
+  const auto map = mapAllBytes(makePipeline(nls, from, to));
   if (!source || !target || !map) return;
   for (size_t byte = 0; byte < byteValues; ++byte) lost_[byte] |= (*source)[byte] != (*target)[(*map)[byte]];
+}
+
+void SilentLoss::countSingles(QZNLS& nls, CEI from) {
+  multiByte_.emplace(rowOf(nls, from));
+  const auto source = byteMeanings(nls, from);
+  if (!source) return;
+  for (size_t byte = 0; byte < byteValues; ++byte) {
+    const char16_t meaning = (*source)[byte];
+    if (meaning == noMeaning || unwritable_.has(meaning)) multiByte_->lose(static_cast<uint8_t>(byte));
+  }
+}
+
+// Characters below U+00A0 are single bytes in utf-e, which stand in no other character, and lead bytes are alike.
+void SilentLoss::countUtfEbcdic(QZNLS& nls) {
+  const Pipeline pipeline = makePipeline(nls, U_L_UCS4_CE, U_UTFE_CE);
+  if (pipeline == nullptr) return;
+  for (char32_t c = 0; c < firstBeyondSingleBytes; ++c) {
+    if (unwritable_.has(c)) lost_[firstByteOf(*pipeline, c)] = true;
+  }
+  if (!unwritable_.beyondBmp) return;
+  constexpr char32_t charactersPerLead = 0x8000;
+  for (char32_t c = 0x10000; c <= 0x10FFFF; c += charactersPerLead) lost_[firstByteOf(*pipeline, c)] = true;
 }
 
 Bytes SilentLoss::judgeable(Bytes block) const {
   switch (form_) {
     case Form::utf8:
-      return withoutOpenPlane16(block);
+      return utf8_.judgeable(block);
     case Form::utf16:
       return withoutOpenPair(block, order_);
     case Form::utf32:
       return withoutOpenUnit(block);
     case Form::bytes:
+    case Form::multiByte:
       break;
   }
   return block;
 }
 
-std::optional<size_t> SilentLoss::first(Bytes block) const {
+std::optional<size_t> SilentLoss::find(Bytes block) const {
   switch (form_) {
     case Form::utf8:
-      return findPlane16(block, lostTrail_);
+      return utf8_.find(block);
     case Form::utf16:
-      return findUnpaired(block, order_);
+      return findLost(block, order_, unwritable_);
     case Form::utf32:
-      return findNoCharacter(block, order_);
+      return findNoCharacter(block, order_, unwritable_);
     case Form::bytes:
+    case Form::multiByte:
       break;
   }
   const auto lost = std::find_if(block.begin(), block.end(), [this](uint8_t byte) { return lost_[byte]; });
   if (lost == block.end()) return std::nullopt;
   return static_cast<size_t>(lost - block.begin());
+}
+
+std::optional<Extent> SilentLoss::firstOfMultiByte(Bytes block, const ChainState& before) const {
+  const Bytes held = heldSource(before);
+  const bool inDouble = (before[0].flags & NLS_PROGRESS_DOUBLE_MODE) != 0;
+  std::vector<uint8_t> joined;
+  if (!held.empty()) {
+    joined.assign(held.begin(), held.end());
+    joined.insert(joined.end(), block.begin(), block.end());
+    block = joined;
+  }
+  const auto found = multiByte_->find(block, inDouble);
+  if (!found) return std::nullopt;
+  const int64_t start = static_cast<int64_t>(found->place) - static_cast<int64_t>(held.size());
+  return Extent{start, start + static_cast<int64_t>(found->length)};
+}
+
+std::optional<Extent> SilentLoss::first(Bytes block, const ChainState& before) const {
+  if (form_ == Form::multiByte) return firstOfMultiByte(block, before);
+  const auto place = find(block);
+  if (!place) return std::nullopt;
+  const size_t end = std::min(block.size(), *place + characters_.lengthAt(block.subspan(*place), false));
+  return Extent{static_cast<int64_t>(*place), static_cast<int64_t>(end)};
 }
 
 }  // namespace veld

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "chain.h"
+#include "locate.h"
+#include "multi_byte_scan.h"
 #include "unicode_scan.h"
-#include "veldnls/nls.h"
 
 namespace veld {
 
@@ -15,10 +15,13 @@ namespace veld {
 //   single-byte source     bytes without a meaning; to another single-byte encoding also those that stand there for
 //                          another character, since byte maps pair leftover bytes
 //   to us-ascii as copies  bytes from 0x80 on
+//   multi-byte source      single bytes without a meaning, which become blanks or, in 7-bit encodings, Latin; a byte
+//                          that begins a shift sequence which isn't one
 //   utf-8                  values beyond U+10FFFF; to UTF-16 forms also plane 16, whose characters lose their upper
 //                          bits; the UTF-8 and UTF-EBCDIC targets pass through UTF-16
 //   UTF-16                 unpaired surrogates
 //   UTF-32                 surrogates and values beyond U+10FFFF
+//   multi-byte target      the characters of Unwritable
 // Nothing counts where a wild card takes the text as it is.
 class SilentLoss {
  public:
@@ -30,20 +33,27 @@ class SilentLoss {
   // not be cut inside a pair for their sake too.
   Bytes judgeable(Bytes block) const;
 
-  // The place in such a part of the first character that is lost.
-  std::optional<size_t> first(Bytes block) const;
+  // The first character in such a part that is lost. `before` is the state ahead of the block.
+  std::optional<Extent> first(Bytes block, const ChainState& before) const;
 
  private:
-  enum class Form { bytes, utf8, utf16, utf32 };
+  enum class Form { bytes, multiByte, utf8, utf16, utf32 };
   using ByteSet = std::array<bool, 256>;
 
   void countBytes(QZNLS& nls, CEI from, CEI to);
   void countWithoutMeaning(QZNLS& nls, CEI from);
   void countChangedMeaning(QZNLS& nls, CEI from, CEI to);
+  void countSingles(QZNLS& nls, CEI from);
+  void countUtfEbcdic(QZNLS& nls);
+  std::optional<Extent> firstOfMultiByte(Bytes block, const ChainState& before) const;
+  std::optional<size_t> find(Bytes block) const;
 
+  CharacterForm characters_;
   Form form_ = Form::bytes;
   ByteOrder order_ = ByteOrder::little;
-  uint8_t lostTrail_ = 0;  // of plane 16 in utf-8
+  Unwritable unwritable_;
+  Utf8Scan utf8_;
+  std::optional<MultiByteScan> multiByte_;
   ByteSet lost_{};
 };
 

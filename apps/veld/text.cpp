@@ -30,10 +30,12 @@ std::string toUtf8(QZNLS& nls, std::u16string_view text) {
   return bytes;
 }
 
-std::string hexNumber(uint32_t value, int digits) {
+std::string hexDigits(uint32_t value, int digits) {
   std::ostringstream text;
-  text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << value;
+  text << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << value;
   return text.str();
 }
+
+std::string hexNumber(uint32_t value, int digits) { return "0x" + hexDigits(value, digits); }
 
 }  // namespace veld

@@ -12,7 +12,8 @@ namespace veld {
 std::u16string toUtf16(QZNLS& nls, std::string_view text);
 std::string toUtf8(QZNLS& nls, std::u16string_view text);
 
-// The number as "0x803FE809", with at least `digits` digits.
+// The number as "803FE809", or "0x803FE809", with at least `digits` digits.
+std::string hexDigits(uint32_t value, int digits);
 std::string hexNumber(uint32_t value, int digits);
 
 }  // namespace veld

@@ -2,14 +2,23 @@
 
 #include <algorithm>
 
+#include "veldnls/cei.h"
+
 namespace veld {
 
 namespace {
 
+constexpr uint8_t leadOfControls = 0xC2;  // of U+0080 to U+00BF
+constexpr uint8_t firstLeadBeyondBmp = 0xF0;
 constexpr uint8_t leadOfPlane16 = 0xF4;
+constexpr uint8_t firstTrail = 0x80;
 constexpr uint32_t lastCharacter = 0x10FFFF;
-constexpr size_t utf16Unit = 2;
-constexpr size_t utf32Unit = 4;
+
+}  // namespace
+
+ByteOrder byteOrderOf(CEI cei) {
+  return cei == U_B_UNICODE_CE || cei == U_B_UCS4_CE ? ByteOrder::big : ByteOrder::little;
+}
 
 uint32_t unitAt(Bytes text, size_t place, size_t size, ByteOrder order) {
   uint32_t value = 0;
@@ -23,37 +32,54 @@ uint32_t unitAt(Bytes text, size_t place, size_t size, ByteOrder order) {
 bool isHighSurrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isLowSurrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-}  // namespace
+Utf8Scan::Utf8Scan(const Unwritable& unwritable, uint8_t trail) : unwritable_(unwritable), trail_(trail) {
+  std::copy_n(unwritable.single.begin(), firstTrail, suspects_.begin());
+  suspects_[leadOfControls] =
+      std::find(unwritable.single.begin() + firstTrail, unwritable.single.end(), true) != unwritable.single.end();
+  if (unwritable.beyondBmp)
+    std::fill_n(suspects_.begin() + firstLeadBeyondBmp, leadOfPlane16 - firstLeadBeyondBmp, true);
+  suspects_[leadOfPlane16] = true;
+}
 
-std::optional<size_t> findPlane16(Bytes utf8, uint8_t trail) {
-  auto lead = std::find(utf8.begin(), utf8.end(), leadOfPlane16);
-  while (lead != utf8.end() && lead + 1 != utf8.end()) {
-    if (lead[1] >= trail) return static_cast<size_t>(lead - utf8.begin());
-    lead = std::find(lead + 1, utf8.end(), leadOfPlane16);
+bool Utf8Scan::isLost(uint8_t lead, uint8_t next) const {
+  if (lead == leadOfControls) return next >= firstTrail && next < firstBeyondSingleBytes && unwritable_.single[next];
+  if (lead == leadOfPlane16) return next >= trail_ || unwritable_.beyondBmp;
+  return true;
+}
+
+std::optional<size_t> Utf8Scan::find(Bytes text) const {
+  const auto isSuspect = [this](uint8_t byte) { return suspects_[byte]; };
+  auto place = std::find_if(text.begin(), text.end(), isSuspect);
+  while (place != text.end()) {
+    const uint8_t next = place + 1 == text.end() ? 0 : place[1];
+    if (isLost(*place, next)) return static_cast<size_t>(place - text.begin());
+    place = std::find_if(place + 1, text.end(), isSuspect);
   }
   return std::nullopt;
 }
 
-std::optional<size_t> findUnpaired(Bytes utf16, ByteOrder order) {
+Bytes Utf8Scan::judgeable(Bytes text) const {
+  return !text.empty() && text.back() >= firstTrail && suspects_[text.back()] ? text.first(text.size() - 1) : text;
+}
+
+std::optional<size_t> findLost(Bytes utf16, ByteOrder order, const Unwritable& unwritable) {
   bool open = false;
   for (size_t place = 0; place + utf16Unit <= utf16.size(); place += utf16Unit) {
     const uint32_t unit = unitAt(utf16, place, utf16Unit, order);
     if (open != isLowSurrogate(unit)) return open ? place - utf16Unit : place;
+    if (open && unwritable.beyondBmp) return place - utf16Unit;
+    if (unwritable.has(unit)) return place;
     open = isHighSurrogate(unit);
   }
   return std::nullopt;
 }
 
-std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order) {
+std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order, const Unwritable& unwritable) {
   for (size_t place = 0; place + utf32Unit <= utf32.size(); place += utf32Unit) {
     const uint32_t unit = unitAt(utf32, place, utf32Unit, order);
-    if (unit > lastCharacter || isHighSurrogate(unit) || isLowSurrogate(unit)) return place;
+    if (unit > lastCharacter || isHighSurrogate(unit) || isLowSurrogate(unit) || unwritable.has(unit)) return place;
   }
   return std::nullopt;
-}
-
-Bytes withoutOpenPlane16(Bytes utf8) {
-  return !utf8.empty() && utf8.back() == leadOfPlane16 ? utf8.first(utf8.size() - 1) : utf8;
 }
 
 Bytes withoutOpenPair(Bytes utf16, ByteOrder order) {

@@ -3,25 +3,51 @@
 
 #include <optional>
 
-#include "chain.h"
+#include "pipeline.h"
+#include "unwritable.h"
 
 namespace veld {
 
 enum class ByteOrder { little, big };
 
+inline constexpr size_t utf16Unit = 2;
+inline constexpr size_t utf32Unit = 4;
+
+// The order in which an encoding of class 2 or 3 has its bytes.
+ByteOrder byteOrderOf(CEI cei);
+
+// The unit of `size` bytes at a place of a text that has so many there.
+uint32_t unitAt(Bytes text, size_t place, size_t size, ByteOrder order);
+bool isHighSurrogate(uint32_t unit);
+bool isLowSurrogate(uint32_t unit);
+
 // All return places in the text, counted in bytes.
 
-// The first lead byte of plane 16 whose next byte is at least `trail`: 80 finds the whole plane, 90 what lies beyond
-// U+10FFFF.
-std::optional<size_t> findPlane16(Bytes utf8, uint8_t trail);
-// The first surrogate without its other half; a high one at the end counts as not yet complete.
-std::optional<size_t> findUnpaired(Bytes utf16, ByteOrder order);
-// The first value that is a surrogate or beyond U+10FFFF.
-std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order);
+// Finds in utf-8 what a target takes as another character: those of `unwritable`, and what lies in plane 16 from a
+// second byte of `trail` on: 80 finds the whole plane, 90 what lies beyond U+10FFFF.
+class Utf8Scan {
+ public:
+  Utf8Scan() = default;
+  Utf8Scan(const Unwritable& unwritable, uint8_t trail);
+  std::optional<size_t> find(Bytes text) const;
+  // The text without a lead byte at its end that can't be judged before more follows.
+  Bytes judgeable(Bytes text) const;
 
-// The text without an end that can't be judged before more follows: a lead byte of plane 16, the first half of a pair,
-// a part of a unit.
-Bytes withoutOpenPlane16(Bytes utf8);
+ private:
+  bool isLost(uint8_t lead, uint8_t next) const;
+
+  std::array<bool, 256> suspects_{};  // bytes with which a lost character may begin
+  Unwritable unwritable_;
+  uint8_t trail_ = 0;
+};
+
+// The first surrogate without its other half, or character of `unwritable`. A high surrogate at the end counts as not
+// yet complete.
+std::optional<size_t> findLost(Bytes utf16, ByteOrder order, const Unwritable& unwritable);
+// The first value that is a surrogate, beyond U+10FFFF, or of `unwritable`.
+std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order, const Unwritable& unwritable);
+
+// The text without an end that can't be judged before more follows: the first half of a pair, a part of a unit.
 Bytes withoutOpenPair(Bytes utf16, ByteOrder order);
 Bytes withoutOpenUnit(Bytes utf32);
 

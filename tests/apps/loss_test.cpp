@@ -10,7 +10,8 @@ void expectLoss(const Outcome& outcome, std::string_view expectedHex, size_t off
   EXPECT_EQ(hex(outcome.output), expectedHex);
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(lineCount(outcome.errors), 1u);
-  EXPECT_TRUE(contains(outcome.errors, "standard input: offset " + std::to_string(offset) + ": ")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, "standard input: offset " + std::to_string(offset) + ", line "))
+      << outcome.errors;
 }
 
 TEST(VeldLoss, CharactersWithoutAPlaceAreToldWithTheirOffset) {
@@ -44,7 +45,7 @@ TEST(VeldLoss, TheOffsetHoldsInEveryBlock) {
     SCOPED_TRACE(ahead);
     const Outcome outcome = convert("utf-8", "wlatin1", times(ahead, "a") + bytes("CE 94") + times(70000, "b"));
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ": ")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ", line ")) << outcome.errors;
     EXPECT_EQ(outcome.output, times(ahead, "a") + bytes("1A") + times(70000, "b"));
   }
 }
@@ -54,7 +55,7 @@ TEST(VeldLoss, AMalformedCharacterThatBlocksCutIsToldAtItsStart) {
     SCOPED_TRACE(ahead);
     const Outcome outcome = convert("utf-8", "utf-16le", times(ahead, "a") + bytes("ED A0 80 62"));
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ": ")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ", line ")) << outcome.errors;
   }
 }
 
@@ -118,7 +119,7 @@ TEST(VeldLoss, Plane16IsToldWhenBlocksCutIt) {
     SCOPED_TRACE(ahead);
     const Outcome outcome = convert("utf-8", "utf-16le", times(ahead, "a") + bytes("F4 8F BF BD"));
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ": ")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ", line ")) << outcome.errors;
     EXPECT_EQ(outcome.output, times(ahead, bytes("61 00")) + bytes("FD FF"));
   }
 }
@@ -148,8 +149,8 @@ TEST(VeldLoss, OnlyTheFirstLossOfAFileIsTold) {
   EXPECT_EQ(hex(outcome.output), "61 1A 1A 1A");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(lineCount(outcome.errors), 2u);
-  EXPECT_TRUE(contains(outcome.errors, one + ": offset 1: ")) << outcome.errors;
-  EXPECT_TRUE(contains(outcome.errors, two + ": offset 0: ")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, one + ": offset 1, line 1, column 2: ")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, two + ": offset 0, line 1, column 1: ")) << outcome.errors;
 }
 
 TEST(VeldLoss, OnLossFailStopsAheadOfIt) {

@@ -34,9 +34,10 @@ TEST(VeldStream, FourGibibytesFitInAFewMebibytes) {
 TEST(VeldStream, EveryKindOfRouteKeepsItsMemory) {
   constexpr uint64_t shorter = uint64_t{256} << 20;
   const std::pair<const char*, const char*> pairs[] = {
-      {"utf-8", "utf-16le"}, {"utf-16le", "utf-8"},   {"utf-16be", "utf-8"},
-      {"utf-8", "utf-8"},    {"wlatin1", "utf-32be"}, {"ebcdic1047", "open_ed-1047"},
-      {"utf-8", "wlatin1"},  {"utf-16le", "wlatin1"}, {"wlatin1", "pcoem850"}};
+      {"utf-8", "utf-16le"},   {"utf-16le", "utf-8"},          {"utf-16be", "utf-8"},   {"utf-8", "utf-8"},
+      {"wlatin1", "utf-32be"}, {"ebcdic1047", "open_ed-1047"}, {"utf-8", "wlatin1"},    {"utf-16le", "wlatin1"},
+      {"wlatin1", "pcoem850"}, {"utf-8", "shift-jis"},         {"shift-jis", "euc-jp"}, {"ibm-939", "utf-8"},
+      {"utf-8", "iso2022jp"},  {"wlatin1", "gb18030"}};
   for (const auto& [from, to] : pairs) {
     SCOPED_TRACE(std::string(from) + " to " + to);
     const Outcome outcome = runVeld({.arguments = {"convert", "-f", from, "-t", to},
@@ -46,6 +47,19 @@ TEST(VeldStream, EveryKindOfRouteKeepsItsMemory) {
     EXPECT_LT(outcome.exitCode, 2) << outcome.errors;
     EXPECT_LT(outcome.peakKilobytes, mostKilobytes);
   }
+}
+
+// The library's offsets are of 32 bits; those of the program aren't.
+TEST(VeldStream, OffsetsBeyondTwoGibibytesAreTold) {
+  constexpr uint64_t ahead = (uint64_t{5} << 29) + 16;
+  const Outcome outcome = runVeld({.arguments = {"validate", "-f", "utf-8"}, .writer = [](int file) {
+                                     writeStream(file, "abcdefghij klmn\n", ahead);
+                                     writeStream(file, bytes("C3 28"), 2);
+                                   }});
+  EXPECT_EQ(outcome.exitCode, 1) << outcome.errors;
+  EXPECT_EQ(outcome.output, "standard input: offset " + std::to_string(ahead) + ", line " +
+                                std::to_string(ahead / 16 + 1) + ", column 1: malformed in utf-8 at C3 28\n");
+  EXPECT_LT(outcome.peakKilobytes, mostKilobytes);
 }
 
 }  // namespace

@@ -15,14 +15,19 @@ TEST(VeldUsage, WrongUsageExitsWithTwo) {
   EXPECT_EQ(veld({"convert", "-t", "utf-8"}).exitCode, 2);
   EXPECT_EQ(veld({"convert", "-f", "utf-8", "-t", "utf-8", "--on-loss", "laugh"}).exitCode, 2);
   EXPECT_EQ(veld({"encodings", "--yaml"}).exitCode, 2);
+  EXPECT_EQ(veld({"validate", "--from"}).exitCode, 2);
+  EXPECT_EQ(veld({"validate", "--report", "yaml"}).exitCode, 2);
+  EXPECT_EQ(veld({"validate", "-f", "utf-9"}).exitCode, 2);
 }
 
 TEST(VeldUsage, HelpTellsWhatTheToolAdds) {
   const Outcome outcome = veld({"convert", "--help"});
   EXPECT_EQ(outcome.exitCode, 0);
-  for (const char* part : {"--on-loss", "byte order mark", "utf-16le", "us-ascii", "utf-e", "Exit status"}) {
+  for (const char* part :
+       {"--on-loss", "byte order mark", "utf-16le", "us-ascii", "utf-e", "Exit status", "gb18030", "--report"}) {
     EXPECT_TRUE(contains(outcome.output, part)) << part;
   }
+  EXPECT_TRUE(contains(veld({"validate", "--help"}).output, "NAME=utf-8"));
 }
 
 TEST(VeldUsage, AnUnknownNameGetsTheNearest) {
@@ -53,6 +58,27 @@ TEST(VeldUsage, APairWithoutTablesIsRefused) {
   const Outcome outcome = convert("utf-8", "aeasteuro", "a");
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_TRUE(contains(outcome.errors, "no way from utf-8 to aeasteuro")) << outcome.errors;
+}
+
+TEST(VeldUsage, EncodingsWithoutTablesAreTold) {
+  for (const char* encoding : {"quo1047", "etpc", "user"}) {
+    const Outcome to = convert("utf-8", encoding, "a");
+    const Outcome from = convert(encoding, "shift-jis", "a");
+    for (const Outcome& outcome : {to, from, convert(encoding, encoding, "a"), convert("wlatin1", encoding, "a")}) {
+      EXPECT_EQ(outcome.exitCode, 2) << encoding;
+      EXPECT_TRUE(contains(outcome.errors, std::string(encoding) + " has no code-page table; ")) << outcome.errors;
+    }
+  }
+}
+
+TEST(VeldUsage, AeasteuroCanOnlyBeRead) {
+  for (const char* source : {"utf-8", "wlatin1", "shift-jis", "aeasteuro"}) {
+    const Outcome outcome = convert(source, "aeasteuro", "a");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_TRUE(contains(outcome.errors, "aeasteuro can be read, but not written; ")) << outcome.errors;
+  }
+  EXPECT_EQ(convert("aeasteuro", "latin2", bytes("61 83")).output, bytes("61 C9"));
+  EXPECT_EQ(convert("aeasteuro", "shift-jis", "a").output, "a");
 }
 
 TEST(VeldUsage, TheModuleCanBeNamed) {

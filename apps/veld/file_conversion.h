@@ -1,0 +1,58 @@
+// The conversion of one file.
+#pragma once
+
+#include <optional>
+
+#include "chain.h"
+#include "convert_report.h"
+#include "input.h"
+#include "locate.h"
+#include "output.h"
+#include "route.h"
+#include "seam.h"
+#include "silent_loss.h"
+#include "text_place.h"
+
+namespace veld {
+
+// One way between two encodings, with what has to be known to run it. Throws Failure where there is none.
+struct Conversion {
+  Conversion(QZNLS& nls, CEI source, CEI target);
+
+  CEI from;
+  CEI to;
+  Chain chain;
+  SilentLoss silent;
+  LossJudge judge;
+};
+
+class FileConversion {
+ public:
+  FileConversion(QZNLS& nls, Conversion& conversion, Input& input, Output& output, ConvertReport& report,
+                 Progress& progress);
+
+  // Returns false when a loss stopped it.
+  bool run(OnLoss onLoss);
+  // Bytes that came out.
+  uint64_t written() const { return written_; }
+
+ private:
+  std::optional<Extent> findLoss(const ChainState& before, Bytes block, const ChainStep& step) const;
+  void reportLoss(const Extent& extent, const ChainState& before, Bytes block);
+  void reportCut(size_t waiting);
+  ChainStep runBlock(Bytes block, OnLoss onLoss);
+  void write(Bytes piece);
+
+  Conversion& conversion_;
+  Input& input_;
+  Output& output_;
+  ConvertReport& report_;
+  Progress& progress_;
+  ChainState state_{};
+  TextPlace place_;  // where the text is not yet run
+  Seam seam_;
+  uint64_t written_ = 0;
+  bool lost_ = false;
+};
+
+}  // namespace veld
