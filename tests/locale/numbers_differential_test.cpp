@@ -1,0 +1,269 @@
+// All number formatters against the oracle: many values, widths, precisions, pairs of flags and capacities.
+#include "locale/numbers_support.h"
+
+namespace {
+
+using oracle::Result;
+
+class NumberDifferential : public test::Numbers {
+ protected:
+  void expectDouble(double value, int32_t width, int32_t precision, uint32_t flags, int32_t capacity) {
+    const Result expected = oracle::formatDouble(signs, value, width, precision, flags, capacity);
+    const Result result = formatDouble(value, width, precision, flags, capacity);
+    if (result != expected && ++failures <= 20) {
+      ADD_FAILURE() << std::hexfloat << value << " = " << std::defaultfloat << value << " width " << width
+                    << " precision " << precision << " flags " << std::hex << flags << std::dec << " capacity "
+                    << capacity << "\n  is     " << result << "\n  not    " << expected;
+    }
+  }
+  // The value and its negative, in outputs with room enough.
+  void expectBoth(double value, int32_t width, int32_t precision, uint32_t flags) {
+    expectDouble(value, width, precision, flags, 700);
+    expectDouble(-value, width, precision, flags, 700);
+  }
+  void TearDown() override { EXPECT_EQ(failures, 0); }
+
+  int failures = 0;
+};
+
+constexpr uint32_t conversions[] = {0,
+                                    FMT_GENERAL_UPPER,
+                                    FMT_FIXED,
+                                    FMT_FRACTION_ONLY,
+                                    FMT_INTEGER_ONLY,
+                                    FMT_EXPONENT,
+                                    FMT_EXPONENT_UPPER,
+                                    FMT_BEST,
+                                    FMT_FIELD_DECIMAL,
+                                    FMT_FIELD_EXPONENT};
+
+TEST_F(NumberDifferential, ConversionsOfManyValues) {
+  for (const double value : test::sampleValues(400)) {
+    for (const int32_t precision : {-1, 0, 1, 2, 6, 15, 17, 18, 19, 20, 40}) {
+      for (const uint32_t conversion : {0U, FMT_FIXED, FMT_EXPONENT}) expectBoth(value, 0, precision, conversion);
+    }
+    for (const uint32_t conversion : {FMT_INTEGER_ONLY, FMT_FRACTION_ONLY}) expectBoth(value, 0, 5, conversion);
+  }
+}
+
+TEST_F(NumberDifferential, AllPrecisions) {
+  for (const double value : {0.0, 1.5, 0.1, 999.9999999, 123456.789, 1e22, 1e300, 1.25e-7, 4.9e-324, 3e-310}) {
+    for (int32_t precision = -2; precision <= 360; ++precision) {
+      for (const uint32_t conversion : conversions) expectBoth(value, 0, precision, conversion);
+    }
+    for (const int32_t precision : {INT32_MIN, INT32_MAX}) {
+      for (const uint32_t conversion : conversions) expectBoth(value, 12, precision, conversion & ~FMT_FIELD_DECIMAL);
+    }
+  }
+}
+
+TEST_F(NumberDifferential, FieldsOfManyValues) {
+  for (const double value : test::sampleValues(250)) {
+    for (const int32_t width : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15, 16, 17, 20, 24, 32, 40}) {
+      expectBoth(value, width, 0, FMT_BEST);
+      expectBoth(value, width, 0, FMT_FIELD_EXPONENT);
+      expectBoth(value, width, width % 5, FMT_FIELD_DECIMAL);
+      expectBoth(value, width, width / 2, FMT_FIELD_DECIMAL | FMT_GROUP);
+    }
+  }
+}
+
+TEST_F(NumberDifferential, FieldsNearTheirCarries) {
+  // Mantissas of nines at every exponent, where one more unit changes the exponent or its length.
+  for (int exponent = -323; exponent <= 308; ++exponent) {
+    const std::string power = "e" + std::to_string(exponent);
+    for (const char* digits : {"9.9999999999999999", "9.99999", "9.5", "9.4999999", "1", "1.0000001", "5"}) {
+      const double value = std::strtod((digits + power).c_str(), nullptr);
+      if (!std::isfinite(value)) continue;
+      for (int32_t width = 1; width <= 14; ++width) {
+        expectBoth(value, width, 0, FMT_BEST);
+        expectBoth(value, width, 0, FMT_FIELD_EXPONENT);
+        expectBoth(value, width, 2, FMT_FIELD_DECIMAL);
+      }
+    }
+  }
+}
+
+TEST_F(NumberDifferential, AllPowersOfTwo) {
+  for (int exponent = -1074; exponent < 1024; ++exponent) {
+    const double value = std::ldexp(1, exponent);
+    for (const double near : {value, std::nextafter(value, 0), value * 1.75}) {
+      expectBoth(near, 0, 17, 0);
+      expectBoth(near, 12, 0, FMT_BEST);
+      expectBoth(near, 9, 0, FMT_FIELD_EXPONENT);
+      expectBoth(near, 30, 10, FMT_FIELD_DECIMAL);
+    }
+  }
+}
+
+TEST_F(NumberDifferential, AllWidths) {
+  for (const double value :
+       {0.0, 0.5, 1.0, 1234.5, 999999.95, 1234567.0, 1e15, 1e16, 1.5e100, 1.25e-7, 1e-12, 5e-324}) {
+    for (int32_t width = -40; width <= 60; ++width) {
+      for (const uint32_t conversion : conversions) {
+        for (const int32_t precision : {-1, 0, 2, 12, 45}) expectBoth(value, width, precision, conversion);
+      }
+    }
+  }
+}
+
+TEST_F(NumberDifferential, PairsOfFlags) {
+  const oracle::Signs locales[] = {
+      {}, {u',', u'.', u"3"}, {u'.', u',', u"3;2"}, {u',', u'\u00A0', u"2"}, {u'.', u'\'', u""}};
+  for (const auto& with : locales) {
+    setSigns(with);
+    for (const double value : {0.0, 0.75, 1234.5, 999999.95, 12345678.0, 1e20, 3e-7}) {
+      for (const int32_t width : {-14, 0, 5, 14, 20}) {
+        for (int first = 0; first < 25; ++first) {
+          for (int second = first; second < 25; ++second) {
+            expectBoth(value, width, 2, uint32_t{1} << first | uint32_t{1} << second);
+            expectBoth(value, width, 2, FMT_FIXED | uint32_t{1} << first | uint32_t{1} << second);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_F(NumberDifferential, AllCapacities) {
+  for (const double value :
+       {0.0, 0.5, 1234.5, 99999.95, 1e20, 1e100, 1e-7, 4.9e-324, test::missing('A'), test::missing('_')}) {
+    for (int32_t width = -22; width <= 24; ++width) {
+      for (int32_t capacity = 0; capacity <= std::abs(width) + 4; ++capacity) {
+        constexpr uint32_t additions[] = {0, FMT_GROUP, FMT_ZERO, FMT_PLUS | FMT_GROUP, FMT_SPACE | FMT_LEFT};
+        uint32_t turn = static_cast<uint32_t>(capacity + width + 40);
+        for (const uint32_t conversion : conversions) {
+          const uint32_t flags = conversion | additions[turn++ % 5];
+          const int32_t precision = 1 + (width + 40) % 4;
+          expectDouble(value, width, precision, flags, capacity);
+          if (!std::isnan(value)) expectDouble(-value, width, precision, flags, capacity);
+        }
+      }
+    }
+  }
+}
+
+TEST_F(NumberDifferential, MissingValues) {
+  for (const char letter : std::string("._ABCDEFGHIJKLMNOPQRSTUVWXYZ")) {
+    for (int32_t width = -12; width <= 12; ++width) {
+      for (const int32_t precision : {-1, 0, 3, 99}) {
+        for (const int32_t capacity : {0, 1, 5, 12, 16}) {
+          for (const uint32_t conversion : conversions) {
+            for (const uint32_t flags : {0U, FMT_GROUP, FMT_ZERO, FMT_LEFT, FMT_PLUS}) {
+              expectDouble(test::missing(letter), width, precision, conversion | flags, capacity);
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_F(NumberDifferential, RandomCalls) {
+  std::mt19937_64 generator(4242);
+  const std::vector<double> values = test::sampleValues(300);
+  for (int i = 0; i < 80000; ++i) {
+    const double value = values[generator() % values.size()] * (generator() % 2 == 0 ? 1 : -1);
+    const auto width = static_cast<int32_t>(generator() % 101) - 40;
+    const auto precision = static_cast<int32_t>(generator() % 40) - 1;
+    const auto flags = static_cast<uint32_t>(conversions[generator() % 10] | (generator() & generator() & 0x7F0000));
+    const auto capacity = static_cast<int32_t>(generator() % 70);
+    expectDouble(value, width, precision, flags, capacity);
+  }
+}
+
+class IntegerDifferential : public test::Numbers {
+ protected:
+  void expectAll(uint64_t bits, int32_t width, int32_t precision, uint32_t flags, int32_t capacity) {
+    const auto signedBits = static_cast<int64_t>(bits);
+    const auto narrow = static_cast<uint32_t>(bits);
+    const auto narrowSigned = static_cast<int32_t>(narrow);
+    expect(formatInt64(signedBits, width, precision, flags, capacity),
+           oracle::formatSigned(signs, signedBits, width, precision, flags, capacity));
+    expect(formatUInt64(bits, width, precision, flags, capacity),
+           oracle::formatUnsigned(signs, bits, width, precision, flags, capacity));
+    expect(formatInt32(narrowSigned, width, precision, flags, capacity),
+           oracle::formatSigned(signs, narrowSigned, width, precision, flags, capacity));
+    expect(formatUInt32(narrow, width, precision, flags, capacity),
+           oracle::formatUnsigned(signs, narrow, width, precision, flags, capacity));
+  }
+  void TearDown() override { EXPECT_EQ(failures, 0); }
+
+ private:
+  void expect(const Result& result, const Result& expected) {
+    if (result != expected && ++failures <= 20) ADD_FAILURE() << "  is     " << result << "\n  not    " << expected;
+  }
+
+  int failures = 0;
+};
+
+std::vector<uint64_t> sampleIntegers() {
+  std::vector<uint64_t> values = {0, UINT64_MAX, uint64_t{1} << 63, (uint64_t{1} << 63) - 1, 0x80000000, 0x7FFFFFFF};
+  for (uint64_t power = 1; power <= UINT64_MAX / 10; power *= 10) {
+    values.insert(values.end(), {power, power - 1, power + 1, uint64_t{0} - power, power * 10 - 1});
+  }
+  std::mt19937_64 generator(7);
+  for (int i = 0; i < 64; ++i) values.push_back(generator() >> i);
+  return values;
+}
+
+TEST_F(IntegerDifferential, AllWidthsAndFlags) {
+  const uint32_t bases[] = {0, FMT_HEX, FMT_HEX_UPPER, FMT_OCTAL, FMT_HEX | FMT_HEX_UPPER, FMT_OCTAL | FMT_HEX};
+  const uint32_t additions[] = {FMT_PLUS, FMT_GROUP, FMT_LEFT, FMT_ZERO, FMT_SPACE, FMT_ALT_HEX, FMT_ALT_OCTAL};
+  std::vector<uint32_t> pairs = {0};
+  for (const uint32_t first : additions) {
+    for (const uint32_t second : additions) pairs.push_back(first | second);
+  }
+  for (const uint64_t value :
+       {UINT64_C(0), UINT64_C(7), UINT64_C(255), UINT64_C(1234567), UINT64_MAX - 41, UINT64_C(1) << 63}) {
+    for (const char16_t* grouping : {u"3", u"3;2"}) {
+      setSigns({u'.', u',', grouping});
+      for (int32_t width = -40; width <= 60; width += width > -3 && width < 24 ? 1 : 7) {
+        for (const uint32_t base : bases) {
+          for (const uint32_t pair : pairs) expectAll(value, width, width % 3, base | pair, 64);
+        }
+      }
+    }
+  }
+}
+
+TEST_F(IntegerDifferential, ManyValues) {
+  const oracle::Signs locales[] = {
+      {}, {u',', u'.', u"3;2"}, {u'.', u',', u"1"}, {u'.', u',', u"2;3-"}, {u'.', u',', u"0;3"}};
+  for (const auto& with : locales) {
+    setSigns(with);
+    for (const uint64_t value : sampleIntegers()) {
+      for (const uint32_t flags : {0U, FMT_GROUP, FMT_HEX, FMT_OCTAL | FMT_ALT_OCTAL, FMT_ZERO | FMT_GROUP}) {
+        for (const int32_t precision : {-1, 0, 1, 12}) {
+          for (const int32_t width : {0, 24, -24}) expectAll(value, width, precision, flags, 40);
+        }
+      }
+    }
+  }
+}
+
+TEST_F(IntegerDifferential, AllCapacities) {
+  for (const uint64_t value : {UINT64_C(0), UINT64_C(5), UINT64_C(12345678), UINT64_MAX, UINT64_C(1) << 63}) {
+    for (int32_t width = -24; width <= 26; width += 2) {
+      for (int32_t capacity = 0; capacity <= std::abs(width) + 4; ++capacity) {
+        for (const int32_t precision : {-1, 0, 9}) {
+          for (const uint32_t flags :
+               {0U, FMT_GROUP, FMT_ZERO | FMT_PLUS, FMT_HEX | FMT_ALT_HEX | FMT_ZERO, FMT_LEFT}) {
+            expectAll(value, width, precision, flags, capacity);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_F(IntegerDifferential, LongPrecisionsAndWidths) {
+  for (const int32_t size : {66, 67, 200, 3000}) {
+    expectAll(123456, 0, size, FMT_GROUP, 4000);
+    expectAll(123456, size, 0, FMT_ZERO, 4000);
+    expectAll(123456, -size, 10, 0, 4000);
+    expectAll(123456, size + 10, size, FMT_PLUS, 4000);
+  }
+}
+
+}  // namespace
