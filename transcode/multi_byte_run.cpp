@@ -88,7 +88,8 @@ NlsStatus twoStageTranscodeResumable(TranscodingPipeline* pipeline, const void* 
     return runTwoStagesByPieces(runSourceStage, runTargetStage, pipeline, input, inputLength, output, outputSize,
                                 outputLength, options);
   }
-  // A text of any encoding is one of the target's here, and its own estimate would be its length.
+  // A text of any encoding is read as single bytes, two bytes each on the way, where its own estimate would be its
+  // length.
   const CEI textCei = pipeline->sourceCei == U_ANY_CE ? pipeline->targetCei : pipeline->sourceCei;
   return runTwoStages(textCei, runSourceStage, runTargetStage, pipeline, input, inputLength, output, outputSize,
                       outputLength, progress, options);

@@ -67,7 +67,7 @@ NlsStatus runTwoStages(CEI estimateSource, NlsUnicodeStage first, NlsUnicodeStag
     takenStatus =
         first(pipeline, text.bytes, text.length, middle, secondProgress.consumed, &middleUsed, &again, &ownOptions);
     if (takenStatus == nlsNoMemory) return withoutMemory(text, before, outputLength, progress);
-    // What the second stage took may end inside a pair. The limited run replaces that and ends, but the text goes on.
+    // A replacement in the limited run, of a character or of half a pair at its end, would hide that the text goes on.
     const bool whole = again.consumed == text.length;
     if (status == nlsOutputTruncated && takenStatus == nlsSubstituted && !whole) takenStatus = nlsOutputTruncated;
     *progress = again;

@@ -12,6 +12,8 @@ Column columnOf(const UserCharacterTable& table, int32_t place) {
 }
 
 int32_t placeOf(const UserCharacterTable& table, CEI cei) {
+  // In a copy, negative numbers stand for columns whose encoding wasn't taken over.
+  if (cei < 0) return notFound;
   const CEI* end = table.ceis + columnCountOf(table);
   const CEI* found = std::find(table.ceis, end, cei);
   return found == end ? notFound : static_cast<int32_t>(found - table.ceis);

@@ -20,7 +20,8 @@ inline constexpr uint32_t builtToTarget = 0x2;
 // codes of `target`. A value from a fill of private-use characters has its two bytes exchanged, U+E000 is 0x00E0; a
 // value of a target code is its two bytes as they stand in memory.
 // Either output may be null: that overlay isn't made. What isn't built is set to null: both without memory, or when the
-// list lacks a table or column that is needed. A Unicode source or target has no overlay.
+// list lacks a table or column that is needed. A Unicode source has no overlay; the target's, when that is Unicode,
+// leads from UTF-16 to itself, and nothing reads it.
 uint32_t buildUserTables(QZNLS* nls, CEI source, CEI target, const UserCharacterTable* head, CodeOverlay** fromSource,
                          CodeOverlay** toTarget);
 

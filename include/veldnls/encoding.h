@@ -272,8 +272,17 @@ typedef NlsStatus (*NlsGetEncodingLocales)(CEI cei, const LocaleEncodings** row)
 typedef NlsStatus (*NlsFindLocaleEntry)(QZNLS* nls, const char16_t* name, int32_t length, uint16_t mode,
                                         const LocaleNameRow** row);
 
-/* Tells whether a buffer is well-formed in an encoding. `*offset` (may be null) is set to -1, and to the byte offset of
- * the first fault when the result is nlsInvalidCharacter. nlsUnknownEncoding: the CEI can't be validated. */
+/* Tells whether a buffer is well-formed in an encoding, and where the first fault is. Nothing is converted; text that a
+ * conversion takes may be refused here, and the reverse.
+ *   text, length  in bytes; the whole text, which begins in single-byte mode where the encoding has shifts. Null is
+ *                 allowed with length 0
+ *   cei           20 and 24 to 229. A row without a map of valid bytes can't be validated, nor can 161 and 162; 203 and
+ *                 204 take any text. Nothing is resolved: 0 and the aliases are refused
+ *   reserved      not looked at
+ *   offset        may be null. Set to -1, and to the byte offset of the fault when there is one; an offset above
+ *                 0x7FFFFFFF is given as 0x7FFFFFFF
+ * Returns 0 well-formed, an empty text always is; nlsInvalidCharacter; nlsUnknownEncoding the CEI can't be validated,
+ * whatever the text. Takes no memory, `nls` isn't looked at. Any thread. */
 typedef NlsStatus (*NlsValidateEncodedText)(QZNLS* nls, const void* text, uint32_t length, CEI cei, void* reserved,
                                             int32_t* offset);
 

@@ -48,8 +48,9 @@ typedef struct TranscodeProgress {
  *   options               may be null
  * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted converted with replacements (an
  * input that ends inside a character counts as such); nlsNoMemory nothing converted.
- * nlsSubstituted hides a short output in two cases, and only `consumed` tells: U+FFFD took the last unit of room from a
- * character of two UTF-16 units; the second stage between two multi-byte encodings replaced a character.
+ * nlsSubstituted hides a short output in three cases, and only `consumed` tells: U+FFFD took the last unit of room from
+ * a character of two UTF-16 units; in one step, a character of a multi-byte source was replaced before the output was
+ * full; and in one step without a progress record, one on its way to a multi-byte target.
  * The end of a UTF-16 or UTF-32 input that is no whole unit is no replacement in three cases: from UTF-16 to a
  * single-byte encoding it is dropped without a status; a check or a change of byte order leaves it unread with
  * nlsOutputTruncated; a pipeline that copies takes every byte. */
@@ -64,7 +65,10 @@ typedef NlsStatus (*NlsUnicodeStage)(TranscodingPipeline* pipeline, const void* 
                                      void* output, uint32_t outputSize, uint32_t* outputLength,
                                      TranscodeProgress* progress, const TranscodeOptions* options);
 
-/* A stage of the multi-byte module. */
+/* A stage of the multi-byte module: a run over one side, which holds nothing. What it doesn't read, the run function
+ * that calls it keeps for the next call, if a progress record is there; `consumed` and bits 0 and 8 of `flags` are the
+ * stage's. Input and output don't overlap. `outputLength`, `progress` and `options` may be null. Statuses as
+ * NlsUnicodeStage. */
 typedef NlsStatus (*NlsModuleStage)(CodePageModule* module, PipelineSide* side, const void* input, uint32_t inputLength,
                                     void* output, uint32_t outputSize, uint32_t* outputLength,
                                     TranscodeProgress* progress, const TranscodeOptions* options);
@@ -80,7 +84,8 @@ typedef struct NlsCodePair {
   uint16_t value;
 } NlsCodePair;
 
-/* User characters of one direction of a pipeline, looked at ahead of the module's own pairs. */
+/* User characters of one direction of a pipeline, looked at ahead of the module's own pairs by a binary search. Keys
+ * ascend as far as the host's columns do. Of the object's pool, owned by the pipeline, read-only. */
 typedef struct CodeOverlay {
   uint32_t count;
   NlsCodePair* pairs;
@@ -115,7 +120,7 @@ struct PipelineSide {
   };
   const uint8_t* const* fromUnicode; /* 256 page addresses by high byte; a page is 256 bytes by low byte */
   const uint16_t* kanaPairs;
-  CodeOverlay* overlay;
+  CodeOverlay* overlay; /* may be null */
   NlsScanCharacter scan;
   int32_t encodingClass;
   uint32_t substitution;
@@ -125,7 +130,7 @@ struct PipelineSide {
 /* Bits of TranscodingPipeline.flags: what the pipeline frees when it is destroyed. */
 #define NLS_PIPELINE_OWNS_BYTE_MAP UINT32_C(0x1)
 #define NLS_PIPELINE_OWNS_SOURCE_OVERLAY UINT32_C(0x2)
-#define NLS_PIPELINE_OWNS_TARGET_OVERLAY UINT32_C(0x4)
+#define NLS_PIPELINE_OWNS_TARGET_OVERLAY UINT32_C(0x4) /* from UTF-16 that overlay stands on the source side */
 
 struct TranscodingPipeline {
   NLS_HANDLE_FIELDS /* name "Transcoding pipeline" */
@@ -144,7 +149,9 @@ struct TranscodingPipeline {
 /* Makes a pipeline, or returns null: a CEI outside 0 to 229, given or answered by the host's option, no memory, or a
  * route that is refused. The reason goes to the journal if one is given. `options` and `journal` may be null. The
  * caller ends it with its `destroy`, which is the slot `destroyPipeline`; a prebuilt pipeline is never destroyed by a
- * caller. */
+ * caller.
+ * A route through the multi-byte module takes overlays of the object's user character tables if these relate its two
+ * encodings, a Unicode form counting as utf-16le; without memory for them it works without user characters. */
 typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI target, const TranscodeOptions* options,
                                                   void* journal);
 
@@ -166,24 +173,30 @@ typedef NlsStatus (*NlsConvertResumable)(QZNLS* nls, const void* input, uint32_t
                                          const TranscodeOptions* options);
 
 /* A set of user-defined characters and its codes in several encodings; an element of a list, the k-th element of which
- * belongs to the encoding in ceis[k] of the head. */
+ * belongs to the encoding in ceis[k] of the head. The head says which encodings the list relates. */
 typedef struct UserCharacterTable {
   uint8_t heading[24]; /* copied, not interpreted, as the next three */
   uint8_t subheading[24];
   uint8_t codeA[2];
   uint8_t codeB[2];
-  int32_t columnCount;    /* encodings related, at most 24 */
+  int32_t columnCount;    /* encodings related, 0 to 24 */
   int32_t characterCount; /* rows */
-  int32_t columnBytes;    /* size of one column in bytes */
-  uint8_t* columns[24];   /* two-byte codes, high byte first, sorted */
-  struct UserCharacterTable* next;
-  CEI ceis[24];
+  int32_t columnBytes;    /* size of one column in bytes, at least two for each row */
+  uint8_t* columns[24];   /* two-byte codes, high byte first, a row each; ascending where codes are looked up in them */
+  struct UserCharacterTable* next; /* null ends the list */
+  CEI ceis[24];                    /* of the columns; of a list that is set only the first six count */
 } UserCharacterTable;
 
-/* Copies a list deep into the object's pool, stores its head in `userCharacterTables` and returns it, or null. */
+/* Copies a host's list deep into the object's pool, stores the copy's head in `userCharacterTables` and returns it.
+ *   list  isn't changed and may go afterwards; it must end, as a list that runs into itself isn't found out
+ * Returns null, with the list in use left as it was, without memory, for a null list, and for an element whose figures
+ * are out of range or that lacks a column.
+ * A list that was set before isn't freed: pipelines take their own copies, so that it can be freed as soon as another
+ * stands. Called while no other thread creates a pipeline of the object; pipelines made before are as they were. */
 typedef UserCharacterTable* (*NlsSetUserCharacterTables)(QZNLS* nls, const UserCharacterTable* list);
 
-/* Frees a list made by the above; the caller clears `userCharacterTables`. Returns 0. */
+/* Frees a list made by the above; null is allowed. When it is the list in use the caller clears `userCharacterTables`
+ * first. Destroying the object frees whatever is left. Returns 0. Called while no other thread creates a pipeline. */
 typedef NlsStatus (*NlsFreeUserCharacterTables)(QZNLS* nls, UserCharacterTable* list);
 
 #ifdef __cplusplus

@@ -450,6 +450,7 @@ TEST_F(MultiByte, TwoStageSubstitutions) {
   EXPECT_EQ(cut.held, hex("80"));
 }
 
+// The stages of the module itself tell a short output.
 TEST_F(MultiByte, ASubstitutionOfTheSecondStageOutweighsShortRoom) {
   const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
   pipeline->target.stage = [](CodePageModule* m, PipelineSide* s, const void* in, uint32_t n, void* out, uint32_t size,

@@ -236,6 +236,31 @@ TEST(ReplacementsInShortRoom, BetweenMultiByteTexts) {
             (Outcome{.status = nlsOutputTruncated, .bytes = hex("81 40 61"), .consumed = 5, .substituted = true}));
 }
 
+// A character that the first of two steps replaces hides nothing either, so long as text is left.
+TEST(ReplacementsInShortRoom, TextIsLeftBehindAReplacement) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  TranscodeProgress progress{};
+  EXPECT_EQ(resume(pipeline, hex("85 40 41"), 2, progress),
+            (Outcome{.status = nlsOutputTruncated, .bytes = hex("A1 A1"), .consumed = 2, .substituted = true}));
+  EXPECT_EQ(resume(pipeline, hex("41"), 2, progress), (Outcome{.status = 0, .bytes = hex("41"), .consumed = 1}));
+}
+
+// Rows that need no conversion to a multi-byte one are copied by the plain run; the resumable one takes each byte for
+// the character of its number, whatever the text is.
+TEST(UnconvertedText, IsReadByBytes) {
+  for (const CEI source : {U_ANY_CE, U_ASCII_CE}) {
+    const Pipeline pipeline(source, U_SHIFTJIS_CE);
+    const Bytes text = hex("61 82 A0 B1");
+    EXPECT_EQ(plain(pipeline, text, 16), (Outcome{.status = 0, .bytes = text}));
+    EXPECT_EQ(run(pipeline, text, 16), (Outcome{.status = nlsSubstituted, .bytes = hex("61 82 81 40 81 7D")}))
+        << source;
+  }
+  const Pipeline host(U_EBCDICANY_CE, U_IBM939_CE);
+  const Bytes text = hex("81 C1");
+  EXPECT_EQ(plain(host, text, 16), (Outcome{.status = 0, .bytes = text}));
+  EXPECT_EQ(run(host, text, 16), (Outcome{.status = nlsSubstituted, .bytes = hex("21 0E 40 40 0F")}));
+}
+
 // Without a progress record, two steps read a text as one does, up to its very end: there the rows of ISO 2022 take
 // shifts for characters.
 TEST(ShiftedRuns, TwoStepsReadWhatOneDoes) {

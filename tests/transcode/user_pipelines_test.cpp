@@ -176,6 +176,37 @@ TEST_F(UserCharacters, SomePrivateUseCharactersAreSurrogates) {
   }
 }
 
+// A row of Unicode's table whose code the head doesn't have: the ideographic space's number is taken for the bytes.
+TEST_F(UserCharacters, ACharacterThatTheHeadLacksIsTwoOddBytes) {
+  UserList list;
+  list.add({{ibm, {ibmCode, 0x41FE}}, {sjis, {sjisCode, 0x8541}}, {unicode, {character, 0xF8A1}}});
+  list.add({{sjis, {sjisCode, 0x8541}}, {ibm, {ibmCode, 0x41FE}}});
+  list.add({{unicode, {character, 0xF8A2}}, {ibm, {ibmCode, 0x41FC}}});
+  set(list);
+  const Pipeline pipeline(unicode, sjis);
+  EXPECT_EQ(run(pipeline, utf16(U"a\uF8A0b"), 32), (Outcome{.status = 0, .bytes = hex("61 85 40 62")}));
+  EXPECT_EQ(run(pipeline, utf16(U"a\uF8A2b"), 32), (Outcome{.status = 0, .bytes = hex("61 30 00 62")}));
+}
+
+// gb18030 has stages of its own, which ask no overlay.
+TEST_F(UserCharacters, Gb18030HasOverlaysThatNothingReads) {
+  const auto convert = [](const Pipeline& to, const Pipeline& from) {
+    return std::pair{run(to, hex("61 A2 A1 62"), 32), run(from, utf16(U"a\u2170b"), 32)};
+  };
+  const auto without = convert(Pipeline(U_GB18030_CE, unicode), Pipeline(unicode, U_GB18030_CE));
+  UserList list;
+  list.add({{U_GB18030_CE, {0xA2A1}}, {unicode, {character}}});
+  list.add({{unicode, {0x2170}}, {U_GB18030_CE, {0xA2A2}}});
+  set(list);
+  const Pipeline to(U_GB18030_CE, unicode);
+  const Pipeline from(unicode, U_GB18030_CE);
+  ASSERT_NE(to->source.overlay, nullptr);
+  EXPECT_EQ(to->source.overlay->pairs[0].value, character);
+  ASSERT_NE(from->source.overlay, nullptr);
+  EXPECT_EQ(from->source.overlay->pairs[0].key, 0x2170);
+  EXPECT_EQ(convert(to, from), without);
+}
+
 // Kindred encodings: the plain run copies, the resumable one converts.
 TEST_F(UserCharacters, PairsWithoutConversion) {
   UserList list;

@@ -97,7 +97,8 @@ TEST(UserTables, OnlySixEncodingsAreTakenOver) {
   }
   EXPECT_TRUE(veldnls::userTablesCover(nls(), 100, 105, set.head()));
   EXPECT_FALSE(veldnls::userTablesCover(nls(), 100, 106, set.head()));
-  EXPECT_FALSE(veldnls::userTablesCover(nls(), -1, -1, list.head()));
+  EXPECT_FALSE(veldnls::userTablesCover(nls(), -1, -1, set.head()));
+  EXPECT_FALSE(veldnls::userTablesCover(nls(), 100, -1, set.head()));
 }
 
 TEST(UserTables, NoListIsNoCopy) {

@@ -26,6 +26,42 @@ std::set<int> bytesOfRanges(const std::string& text) {
   return bytes;
 }
 
+// The bytes of characters below U+009F in a single-byte set of the host rows, by character.
+std::map<int, int> bytesOfSingles(const std::string& name) {
+  std::map<int, int> bytes;
+  for (const test::Fields& line : test::readTsv("modules/qznlsmb/singles/" + name + ".tsv")) {
+    if (line.at(0) == "base") {
+      bytes = bytesOfSingles(line.at(1));
+    } else if (line.at(0) == "page") {
+      const test::PageText page = test::readPageText(line.at(1), line.at(2));
+      for (int unit = 0; unit < 0x9F; ++unit) bytes[unit] = page.from[static_cast<size_t>(unit)];
+    } else {
+      bytes[byteOf(line.at(1))] = byteOf(line.at(0));
+    }
+  }
+  return bytes;
+}
+
+// What conversion writes as one byte in the host rows with shifts.
+void addWrittenBytes(std::map<CEI, std::set<int>>& found) {
+  const std::vector<test::Fields> singles = test::readTsv("modules/qznlsmb/singles.tsv");
+  const std::vector<test::Fields> doubles = test::readTsv("modules/qznlsmb/sets.tsv");
+  const std::vector<test::Fields> rows = test::readTsv("encodings/rows.tsv");
+  for (const test::Fields& profile : test::readTsv("encodings/profiles.tsv")) {
+    for (const int cei : test::numbers(profile.at(0))) {
+      const test::Fields& row = rows.at(static_cast<size_t>(cei));
+      if (row.at(1) != "4" || (byteOf(row.at(2)) & 8) == 0) continue;
+      const std::string& page = singles.at(std::stoul(profile.at(3))).at(2);
+      for (const auto& [unit, byte] : bytesOfSingles(page)) found[cei].insert(byte);
+      const std::string& table = doubles.at(std::stoul(profile.at(2))).at(1);
+      if (table == "-") continue;
+      for (const test::Fields& line : test::readTsv("modules/qznlsmb/sets/" + table + ".tsv")) {
+        if (line.at(0).starts_with("00")) found[cei].insert(byteOf(line.at(0)));
+      }
+    }
+  }
+}
+
 std::map<CEI, std::set<int>> readDefinedBytes() {
   std::map<CEI, std::set<int>> found;
   for (const test::RowText& row : test::readRowTexts()) {
@@ -38,6 +74,7 @@ std::map<CEI, std::set<int>> readDefinedBytes() {
   std::map<std::string, std::set<int>> sets;
   for (const test::Fields& line : test::readTsv("validation/sets.tsv")) sets[line.at(0)] = bytesOfRanges(line.at(2));
   for (const test::Fields& line : test::readTsv("validation/rows.tsv")) found[std::stoi(line.at(0))] = sets[line.at(2)];
+  addWrittenBytes(found);
   for (const test::Fields& line : test::readTsv("validation/without.tsv")) found.erase(std::stoi(line.at(0)));
   return found;
 }

@@ -10,8 +10,8 @@
 
 namespace transcode_test {
 
-// The bytes that stand for themselves in a row: those with a meaning in its page or those of its named set, from the
-// text under data/. Nothing for a row without a map.
+// The bytes that stand for themselves in a row: those with a meaning in its page, or those of its named set and what
+// conversion to a host row with shifts writes, from the text under data/. Nothing for a row without a map.
 std::optional<std::set<int>> definedBytes(CEI cei);
 
 constexpr int64_t wellFormed = -1;

@@ -1,11 +1,12 @@
 // Makes the maps of valid bytes, by which encoded text is tested: one for each single-byte page and each named set of
-// bytes. Maps of one content are one array.
+// bytes, to which a host row with shifts adds what conversion writes. Maps of one content are one array.
 #include <algorithm>
 #include <array>
 #include <map>
 #include <set>
 
 #include "pages_row.h"
+#include "valid_bytes_written.h"
 
 namespace {
 
@@ -20,10 +21,10 @@ constexpr int64_t lastCei = ceiCount - 1;
 constexpr size_t firstCei = 24;  // those below are aliases, and a form of Unicode
 constexpr size_t rowsWithMap = 156;
 constexpr size_t rowsWithoutMap = 45;
-constexpr size_t mapCount = 79;
-constexpr size_t contentCount = 31;
+constexpr size_t sourceCount = 79;
+constexpr size_t contentCount = 36;
 
-using Bytes = std::array<bool, byteCount>;
+using Bytes = gen::BytesOfRow;
 
 struct Encoding {
   int64_t encodingClass;
@@ -31,6 +32,7 @@ struct Encoding {
 
   bool singleByte() const { return encodingClass == 0; }
   bool multiByte() const { return encodingClass >= 4; }
+  bool shifted() const { return encodingClass == 4; }
 };
 
 std::vector<Encoding> readEncodings(const std::string& path) {
@@ -104,9 +106,16 @@ Sources readSources(const std::string& folder, const std::vector<Encoding>& enco
     require(encodings[cei].singleByte() || encodings[cei].multiByte(), line.place,
             "rows of a Unicode form need no line here");
     require(!sources.sets.contains(cei), line.place, "the row has a set in rows.tsv");
+    require(!encodings[cei].shifted(), line.place,
+            "rows with shifts are read by their map; give them a set in rows.tsv");
     sources.without.insert(cei);
   }
   return sources;
+}
+
+Bytes joined(Bytes bytes, const Bytes& more) {
+  for (size_t byte = 0; byte < byteCount; ++byte) bytes[byte] = bytes[byte] || more[byte];
+  return bytes;
 }
 
 Bytes withMeaning(const gen::pages::Page& page) {
@@ -119,7 +128,7 @@ class Maps {
  public:
   explicit Maps(const std::string& path) : path_(path), output_(path) {}
 
-  // The map of a page or set. The name of its array is that of the first map with these bytes.
+  // A map made of a page or set. The name of its array is that of the first map with these bytes.
   const std::string& add(const std::string& name, const Bytes& bytes) {
     names_.insert(name);
     const auto [found, isNew] = arrays_.emplace(bytes, "valid_" + std::to_string(arrays_.size()));
@@ -132,7 +141,7 @@ class Maps {
   }
 
   void save() const {
-    gen::requireCount(path_, names_.size(), mapCount, "maps");
+    gen::requireCount(path_, names_.size(), sourceCount, "pages and sets");
     gen::requireCount(path_, arrays_.size(), contentCount, "maps of different content");
     output_.save();
   }
@@ -155,6 +164,7 @@ void makeMaps(const std::string& data, const std::string& out) {
   for (const gen::pages::Row& row : gen::pages::readRows(data + "/modules/qznlssb/rows.tsv")) {
     pageRows.emplace(row.cei, row);
   }
+  std::map<size_t, Bytes> written = gen::readWrittenBytes(data);
   gen::pages::Folder pages(data + "/modules/qznlssb/pages");
   Maps maps(out + "/valid_bytes/maps.inc");
   std::map<size_t, std::string> arrays;
@@ -162,7 +172,7 @@ void makeMaps(const std::string& data, const std::string& out) {
     if (sources.without.contains(cei)) continue;
     const auto set = sources.sets.find(cei);
     if (set != sources.sets.end()) {
-      arrays[cei] = maps.add("set " + set->second, sets.at(set->second));
+      arrays[cei] = maps.add("set " + set->second, joined(sets.at(set->second), written[cei]));
     } else if (encodings[cei].singleByte()) {
       const auto row = pageRows.find(cei);
       require(row != pageRows.end() && row->second.hasTo(), {folder + "/rows.tsv", 0},
