@@ -1,14 +1,16 @@
 // The names that the loader knows. A name without a constructor answers null.
 #include "core/qznlsstub.h"
 #include "locale/qznlsldb.h"
+#include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlssb/qznlssb.h"
 
 namespace veldnls {
 
 const ExtensionRow extensionRows[extensionRowCount] = {
     {u"qznlsldb", 8, createLocaleDatabase},
-    {u"qznlsgb", 7, nullptr},
-    {u"qznlsmb", 7, nullptr},
+    {u"qznlsgb", 7, createGb18030Module},
+    {u"qznlsmb", 7, createMultiByteModule},
     {u"qznlssb", 7, createSingleByteModule},
     {u"lceda", 5, nullptr},
     {u"lceen", 5, nullptr},

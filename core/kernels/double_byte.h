@@ -67,6 +67,26 @@ struct UnitCells {
   const uint16_t* cells;   // first byte times 256 plus second; below 0x8000: no code of two bytes
 };
 
+// An encoding with shift sequences of one byte each, as a source. No code has a shift as its first or second byte.
+struct ShiftedSource {
+  CodeRows rows;
+  const char16_t* singles;  // 256
+  uint32_t blank;           // code of U+3000
+  uint32_t euro;            // the single byte that means the euro sign, whatever `singles` says; 0x100: none
+  uint8_t shiftOut;
+  uint8_t shiftIn;
+};
+
+// And as a target.
+struct ShiftedTarget {
+  UnitCodes codes;
+  const uint8_t* singles;  // 256, of which those for U+0000 to U+009E are asked for
+  uint32_t blank;          // output character of U+3000
+  uint32_t spare;          // room that is left behind each character
+  uint8_t shiftOut;
+  uint8_t shiftIn;
+};
+
 // First bytes of two-byte codes, in two ranges.
 struct LeadBytes {
   uint32_t low0 = 0x100, span0 = 0, low1 = 0x100, span1 = 0;

@@ -11,14 +11,17 @@
 // and output don't overlap, but where a slot allows it. All kernels may run on any thread.
 #pragma once
 
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 
+#include "core/kernels/double_byte.h"
+
 namespace veldnls {
 
 // The scalar form is plain C++, and what the others are tested against. `avx2` needs BMI2 also; `avx512` needs
-// AVX-512 F, BW, DQ, VL, VBMI and VBMI2.
+// AVX-512 F, BW, DQ, VL, VBMI, VBMI2 and VPOPCNTDQ.
 enum class KernelTier : uint8_t { scalar, avx2, avx512 };
 
 struct KernelRun {
@@ -83,10 +86,49 @@ struct Kernels {
   ByOrder<TextKernel> utf32ToUtf8;
   // Stops at surrogates and at values above 0x10FFFF.
   ByOrder<TextKernel> utf32ToUtf16;
+
+  // UTF-16 units to characters of one or two bytes: those below 0x80 to the byte of that value, U+3000 to `blank`,
+  // others through the table. Stop at a unit without a character there, and at U+0080 to U+009E and U+FF61 to U+FF9F,
+  // which tables of their own are for.
+  KernelRun (*unitsToCodes)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                            size_t room);
+  // The same for characters of two bytes alone: stops at what has one.
+  KernelRun (*unitsToDoubles)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                              size_t room);
+  // The same as the first for the other table, with no exceptions.
+  KernelRun (*unitsToCells)(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room);
+
+  // Text of bytes below 0x80, which mean that unit, and two-byte codes, to UTF-16 units. `blank` is the code of U+3000.
+  // The rows have codes of no other leads. Stops at a byte from 0x80 on that is no lead, at a lead at the end, and at a code without a unit.
+  KernelRun (*codesToUnits)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
+                            size_t count, uint8_t* out, size_t room);
+  // Two-byte codes alone; `count` of them. Stops at one without a unit.
+  size_t (*doublesToUnits)(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
+  // utf8ToUtf16 and codesToUnits for text of up to 16 bytes on its way to another kernel: they write what they like to
+  // all of 64 bytes at `out`, for a processor doesn't hand on to a load what a store left bytes out of.
+  KernelRun (*utf8ToScratch)(const uint8_t* in, size_t count, uint8_t* out);
+  KernelRun (*codesToScratch)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
+                              size_t count, uint8_t* out);
+  // Text with shifts, whose mode is `inDouble` before and after. The first stops at a shift to the mode that is on, at a
+  // first byte at the end, and at a code without a unit, and takes a shift-out only with the character behind it; the
+  // second stops where unitsToCodes does, but for U+0080 to U+009E.
+  KernelRun (*shiftedToUnits)(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                              size_t room);
+  KernelRun (*unitsToShifted)(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                              size_t room);
+  // Counts the bytes ahead of the first that is one of four.
+  size_t (*runWithout)(const uint8_t* four, const uint8_t* in, size_t count);
 };
 
+// What kernels() answers; null until somebody asks.
+extern constinit std::atomic<const Kernels*> chosenKernels;
+const Kernels& chooseKernels();
+
 // The kernels of the best tier that the processor has, or of the one forced.
-const Kernels& kernels();
+inline const Kernels& kernels() {
+  const Kernels* record = chosenKernels.load(std::memory_order_relaxed);
+  return record != nullptr ? *record : chooseKernels();
+}
 
 // For tests: makes kernels() return those of `tier` from now on, on all threads. Returns false, and changes nothing, if
 // the processor or the build lacks it.

@@ -1,6 +1,7 @@
 // What the kernels mean, in plain loops.
 #include <bit>
 
+#include "core/kernels/scalar_codes.h"
 #include "core/kernels/tiers.h"
 #include "core/kernels/units.h"
 #include "core/kernels/utf8_sequence.h"
@@ -217,6 +218,16 @@ constinit const Kernels scalarKernels{
     .utf16ToUtf32 = {utf16ToUtf32<endian::little>, utf16ToUtf32<endian::big>},
     .utf32ToUtf8 = {utf32ToUtf8<endian::little>, utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {utf32ToUtf16<endian::little>, utf32ToUtf16<endian::big>},
+    .unitsToCodes = scalar::unitsToCodes,
+    .unitsToDoubles = scalar::unitsToDoubles,
+    .unitsToCells = scalar::unitsToCells,
+    .codesToUnits = scalar::codesToUnits,
+    .doublesToUnits = scalar::doublesToUnits,
+    .utf8ToScratch = scalar::utf8ToScratch,
+    .codesToScratch = scalar::codesToScratch,
+    .shiftedToUnits = scalar::shiftedToUnits,
+    .unitsToShifted = scalar::unitsToShifted,
+    .runWithout = scalar::runWithout,
 };
 
 }  // namespace veldnls

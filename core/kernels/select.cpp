@@ -1,13 +1,10 @@
-#include <atomic>
-
 #include "core/kernels/tiers.h"
 
 namespace veldnls {
 
-namespace {
+constinit std::atomic<const Kernels*> chosenKernels{nullptr};
 
-// Null until the first call. Threads that race for it choose the same.
-constinit std::atomic<const Kernels*> chosen{nullptr};
+namespace {
 
 #ifdef VELDNLS_SCALAR_ONLY
 
@@ -22,7 +19,8 @@ bool hasAvx2() {
 bool hasAvx512() {
   return hasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
          __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
-         __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
+         __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2") &&
+         __builtin_cpu_supports("avx512vpopcntdq");
 }
 
 const Kernels* available(KernelTier tier) {
@@ -49,19 +47,16 @@ const Kernels* best() {
 
 }  // namespace
 
-const Kernels& kernels() {
-  const Kernels* record = chosen.load(std::memory_order_relaxed);
-  if (record == nullptr) [[unlikely]] {
-    // A tier that was forced meanwhile stays.
-    const Kernels* choice = best();
-    if (chosen.compare_exchange_strong(record, choice, std::memory_order_relaxed)) record = choice;
-  }
-  return *record;
+// Threads that race here choose the same; a tier that was forced meanwhile stays.
+const Kernels& chooseKernels() {
+  const Kernels* record = nullptr;
+  const Kernels* choice = best();
+  return chosenKernels.compare_exchange_strong(record, choice, std::memory_order_relaxed) ? *choice : *record;
 }
 
 bool forceKernelTier(KernelTier tier) {
   const Kernels* record = available(tier);
-  if (record != nullptr) chosen.store(record, std::memory_order_relaxed);
+  if (record != nullptr) chosenKernels.store(record, std::memory_order_relaxed);
   return record != nullptr;
 }
 

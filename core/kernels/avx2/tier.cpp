@@ -1,6 +1,7 @@
 #include "core/kernels/tiers.h"
 
 #include "core/kernels/avx2/functions.h"
+#include "core/kernels/scalar_codes.h"
 
 namespace veldnls {
 
@@ -26,6 +27,16 @@ constinit const Kernels avx2Kernels{
     .utf16ToUtf32 = {avx2::utf16ToUtf32<endian::little>, avx2::utf16ToUtf32<endian::big>},
     .utf32ToUtf8 = {avx2::utf32ToUtf8<endian::little>, avx2::utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {avx2::utf32ToUtf16<endian::little>, avx2::utf32ToUtf16<endian::big>},
+    .unitsToCodes = scalar::unitsToCodes,
+    .unitsToDoubles = scalar::unitsToDoubles,
+    .unitsToCells = scalar::unitsToCells,
+    .codesToUnits = scalar::codesToUnits,
+    .doublesToUnits = scalar::doublesToUnits,
+    .utf8ToScratch = scalar::utf8ToScratch,
+    .codesToScratch = scalar::codesToScratch,
+    .shiftedToUnits = scalar::shiftedToUnits,
+    .unitsToShifted = scalar::unitsToShifted,
+    .runWithout = scalar::runWithout,
 };
 
 }  // namespace veldnls

@@ -1,3 +1,4 @@
+#include "core/kernels/avx512/byte_table.h"
 #include "core/kernels/avx512/functions.h"
 #include "core/kernels/avx512/lanes.h"
 #include "core/kernels/tiers.h"
@@ -8,25 +9,6 @@ namespace {
 
 // Below this a table of units costs more to take apart than it saves.
 constexpr size_t shortestExpansion = 32;
-
-// A table of 256 bytes in four registers.
-class ByteTable {
- public:
-  explicit ByteTable(const uint8_t* table)
-      : quarters_{_mm512_loadu_si512(table), _mm512_loadu_si512(table + 64), _mm512_loadu_si512(table + 128),
-                  _mm512_loadu_si512(table + 192)} {}
-  ByteTable(__m512i first, __m512i second, __m512i third, __m512i fourth) : quarters_{first, second, third, fourth} {}
-
-  // A permutation looks at the low seven bits of an index; the top bit chooses between two of them.
-  __m512i operator[](__m512i indices) const {
-    const __m512i low = _mm512_permutex2var_epi8(quarters_[0], indices, quarters_[1]);
-    const __m512i high = _mm512_permutex2var_epi8(quarters_[2], indices, quarters_[3]);
-    return _mm512_mask_blend_epi8(_mm512_movepi8_mask(indices), low, high);
-  }
-
- private:
-  __m512i quarters_[4];
-};
 
 // Indices of the low bytes of 64 units in two registers; those of the high bytes are one more.
 alignas(64) constexpr auto lowByteIndices = [] {

@@ -26,6 +26,16 @@ constinit const Kernels avx512Kernels{
     .utf16ToUtf32 = {avx512::utf16ToUtf32<endian::little>, avx512::utf16ToUtf32<endian::big>},
     .utf32ToUtf8 = {avx512::utf32ToUtf8<endian::little>, avx512::utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {avx512::utf32ToUtf16<endian::little>, avx512::utf32ToUtf16<endian::big>},
+    .unitsToCodes = avx512::unitsToCodes,
+    .unitsToDoubles = avx512::unitsToDoubles,
+    .unitsToCells = avx512::unitsToCells,
+    .codesToUnits = avx512::codesToUnits,
+    .doublesToUnits = avx512::doublesToUnits,
+    .utf8ToScratch = avx512::utf8ToScratch,
+    .codesToScratch = avx512::codesToScratch,
+    .shiftedToUnits = avx512::shiftedToUnits,
+    .unitsToShifted = avx512::unitsToShifted,
+    .runWithout = avx512::runWithout,
 };
 
 }  // namespace veldnls

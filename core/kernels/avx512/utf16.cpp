@@ -89,9 +89,14 @@ template <endian order>
 KernelRun putLong(const Window<order>& window, uint8_t* out, size_t room) {
   const Characters front = charactersOf(window, false);
   const Utf8Lanes first = toUtf8Lanes(front.values, front.starts);
+  const size_t middle = countOf(first.kept);
+  if (window.length <= blockUnits16 / 2) {
+    if (middle > room) return {0, 0};
+    putLanes(out, first);
+    return {window.length, middle};
+  }
   const Characters back = charactersOf(window, true);
   const Utf8Lanes last = toUtf8Lanes(back.values, back.starts);
-  const size_t middle = countOf(first.kept);
   const size_t total = middle + countOf(last.kept);
   if (total > room) return {0, 0};
   putLanes(out, first);

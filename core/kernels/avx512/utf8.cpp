@@ -34,8 +34,8 @@ struct Window {
   }
 
   static __m512i behind(const uint8_t* in, size_t remaining, size_t distance) {
-    if (remaining <= distance) return _mm512_setzero_si512();
-    return loadBytes(in + distance, smaller(remaining - distance, blockBytes));
+    const size_t before = smaller(distance, remaining);
+    return loadBytes(in + before, smaller(remaining - before, blockBytes));
   }
 
   __m512i at;
@@ -259,6 +259,37 @@ KernelRun fromUtf8(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
   return run;
 }
 
+constexpr size_t shortBytes = 16;
+
+// A text that ends within one register of 16 bytes, none of them a lead of four: the same tests and sums with less
+// around them, for a field is over before the windows' price comes in again.
+__m256i shortToUtf16(__m128i bytes, size_t count, KernelRun& run) {
+  const auto all = [](int value) { return _mm_set1_epi8(static_cast<char>(value)); };
+  const auto from = [bytes, all](int value) -> uint32_t { return _mm_cmpge_epu8_mask(bytes, all(value)); };
+  const uint32_t nonAscii = _mm_movepi8_mask(bytes);
+  const uint32_t trail = _mm_cmplt_epi8_mask(bytes, all(0xC0));
+  const uint32_t leads = nonAscii & ~trail;
+  const uint32_t longer2 = from(0xE0);
+  const uint32_t high = from(0xA0);
+  uint32_t bad = (leads & ~(trail >> 1)) | (longer2 & ~(trail >> 2)) | (trail & ~(leads << 1 | longer2 << 2)) |
+                 (leads & ~from(0xC2));
+  bad |= (_mm_cmpeq_epi8_mask(bytes, all(0xE0)) & ~(high >> 1)) | (_mm_cmpeq_epi8_mask(bytes, all(0xED)) & (high >> 1));
+  const size_t end = smaller(lanesBefore(bad), count);
+  const auto kept = static_cast<__mmask16>(~trail & first16(end));
+  run = {end, countOf(kept)};
+  const auto fields = [](__m128i lanes, int mask) {
+    return _mm256_and_si256(_mm256_cvtepu8_epi16(lanes), _mm256_set1_epi16(static_cast<int16_t>(mask)));
+  };
+  const __m256i first = fields(bytes, 0x1F);
+  const __m256i two = _mm256_or_si256(_mm256_slli_epi16(first, 6), fields(_mm_bsrli_si128(bytes, 1), 0x3F));
+  const __m256i three = _mm256_or_si256(_mm256_slli_epi16(two, 6), fields(_mm_bsrli_si128(bytes, 2), 0x3F));
+  __m256i lanes = _mm256_mask_mov_epi16(_mm256_cvtepu8_epi16(bytes), static_cast<__mmask16>(leads), two);
+  lanes = _mm256_mask_mov_epi16(lanes, static_cast<__mmask16>(longer2), three);
+  return _mm256_maskz_compress_epi16(kept, lanes);
+}
+
+bool hasFours(__m128i bytes) { return _mm_cmpge_epu8_mask(bytes, _mm_set1_epi8(static_cast<char>(0xF0))) != 0; }
+
 }  // namespace
 
 size_t utf8Valid(const uint8_t* in, size_t count) {
@@ -274,7 +305,25 @@ size_t utf8Valid(const uint8_t* in, size_t count) {
 }
 
 KernelRun utf8ToUtf16(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  if (count <= shortBytes) {
+    const __m128i bytes = _mm_maskz_loadu_epi8(first16(count), in);
+    if (!hasFours(bytes)) {
+      KernelRun run;
+      const __m256i units = shortToUtf16(bytes, count, run);
+      if (run.written > room) return {0, 0};
+      _mm256_mask_storeu_epi16(out, first16(run.written), units);
+      return run;
+    }
+  }
   return fromUtf8<ToUtf16>(in, count, out, room);
+}
+
+KernelRun utf8ToScratch(const uint8_t* in, size_t count, uint8_t* out) {
+  const __m128i bytes = _mm_maskz_loadu_epi8(first16(count), in);
+  if (hasFours(bytes)) return fromUtf8<ToUtf16>(in, count, out, count);
+  KernelRun run;
+  _mm512_storeu_si512(out, _mm512_zextsi256_si512(shortToUtf16(bytes, count, run)));
+  return run;
 }
 
 KernelRun utf8ToUtf32(const uint8_t* in, size_t count, uint8_t* out, size_t room) {

@@ -1,0 +1,110 @@
+#include "modules/qznlsmb/setup.h"
+
+#include <atomic>
+
+#include "core/qznlsstub.h"
+#include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsmb/scanners.h"
+#include "modules/qznlsmb/skip_source.h"
+#include "modules/qznlsmb/stages.h"
+#include "modules/qznlsmb/tables.h"
+#include "veldnls/cei.h"
+#include "veldnls/status.h"
+
+namespace veldnls {
+
+namespace {
+
+bool isAsciiSet(uint32_t singleByteSet) { return singleByteSet == 1 || singleByteSet == 3; }
+
+// A map of the route between a single-byte and a multi-byte row. Rows with the same blank are of one kind.
+const uint8_t* byteMap(const EncodingDescriptor& source, const EncodingDescriptor& target, bool toAscii) {
+  if (source.padChar == target.padChar) return source.padChar == 0x20 ? asciiPassthrough : identity;
+  return toAscii ? ebcdicToAscii : asciiToEbcdic;
+}
+
+const uint16_t* kanaPairs(const EncodingDescriptor& target) {
+  if (target.baseCei != U_SHIFTJIS_CE) return nullptr;
+  if (target.cei == U_DECJP_CE || target.cei == U_EUCJP_CE) return eucHalfWidthKatakana;
+  return halfWidthKatakana[target.profile.singleByteSet];
+}
+
+// The GB18030 module if it is there. Like the other modules it may be loaded by several threads at once: one copy
+// stays.
+Gb18030Module* loadedGbModule(MultiByteModule& module) {
+  return std::atomic_ref<Gb18030Module*>(module.gbModule).load(std::memory_order_acquire);
+}
+
+bool loadGbModule(MultiByteModule& module) {
+  if (loadedGbModule(module) != nullptr) return true;
+  auto* fresh = reinterpret_cast<Gb18030Module*>(nlsLoadExtension(module.host, u"qznlsgb", 7, nullptr));
+  if (fresh == nullptr) return false;
+  Gb18030Module* present = nullptr;
+  const std::atomic_ref<Gb18030Module*> slot(module.gbModule);
+  if (!slot.compare_exchange_strong(present, fresh, std::memory_order_acq_rel)) fresh->destroy(fresh);
+  return true;
+}
+
+// An inner loop reads GB18030 by its own module's tables.
+Pace paceOfSource(MultiByteModule& module, const EncodingDescriptor& source) {
+  const bool asksModule = source.cei == U_GB18030_CE && loadedGbModule(module)->toUnicode != gbToUnicode;
+  return hasInnerLoop(source) && !asksModule ? Pace::skipping : Pace::everyCharacter;
+}
+
+TargetRule targetRuleOf(MultiByteModule& module, const EncodingDescriptor& target) {
+  if (target.cei == U_GB18030_CE && loadedGbModule(module) != nullptr) return TargetRule::gb18030;
+  if (characterRuleOf(target) == CharacterRule::iso2022) return TargetRule::iso2022;
+  return target.profile.shiftLength != 0 ? TargetRule::modes : TargetRule::pairs;
+}
+
+Pace paceOfTarget(MultiByteModule& module, const EncodingDescriptor& target) {
+  const Gb18030Module* gb = target.cei == U_GB18030_CE ? loadedGbModule(module) : nullptr;
+  const bool asksModule = gb != nullptr && gb->fromUnicode != gbFromUnicode;
+  return hasInnerLoop(target) && !asksModule ? Pace::skipping : Pace::everyCharacter;
+}
+
+}  // namespace
+
+NlsStatus setupByteToMultibyte(MultiByteModule* /*module*/, PipelineSide* side, const EncodingDescriptor* source,
+                               const EncodingDescriptor* target) {
+  side->singleMap = byteMap(*source, *target, isAsciiSet(target->profile.singleByteSet));
+  side->stage = byteToMultibyte;
+  return 0;
+}
+
+NlsStatus setupMultibyteToByte(MultiByteModule* /*module*/, PipelineSide* side, const EncodingDescriptor* source,
+                               const EncodingDescriptor* target) {
+  const CharacterRule rule = characterRuleOf(*source);
+  side->singleMap = byteMap(*source, *target, !isAsciiSet(source->profile.singleByteSet));
+  side->scan = scannerOf(rule == CharacterRule::gb18030 ? CharacterRule::leadByte : rule);
+  side->stage = multibyteToByte;
+  return 0;
+}
+
+NlsStatus setupUnicodeToMultibyte(MultiByteModule* module, PipelineSide* side, const EncodingDescriptor* source,
+                                  const EncodingDescriptor* target) {
+  side->pairs = &fromUnicodeSets[target->profile.doubleByteSet].table;
+  side->singleMap = singleFromUnicode[target->profile.singleByteSet];
+  side->kanaPairs = kanaPairs(*target);
+  side->stage = unicodeToMultibyte(targetRuleOf(*module, *target), source->cei, paceOfTarget(*module, *target));
+  return 0;
+}
+
+NlsStatus setupUtfeToMultibyte(MultiByteModule* module, PipelineSide* side, const EncodingDescriptor* source,
+                               const EncodingDescriptor* target) {
+  side->scan = scanUtfe;
+  return setupUnicodeToMultibyte(module, side, source, target);
+}
+
+NlsStatus setupMultibyteToUnicode(MultiByteModule* module, PipelineSide* side, const EncodingDescriptor* source,
+                                  const EncodingDescriptor* target) {
+  const CharacterRule rule = characterRuleOf(*source);
+  if (rule == CharacterRule::gb18030 && !loadGbModule(*module)) return nlsModuleUnavailable;
+  side->pairs = &toUnicodeSets[source->profile.doubleByteSet].table;
+  side->toUnicode = singleToUnicode[source->profile.singleByteSet];
+  side->scan = scannerOf(rule);
+  side->stage = multibyteToUnicode(rule, target->cei, paceOfSource(*module, *source));
+  return 0;
+}
+
+}  // namespace veldnls

@@ -1,0 +1,28 @@
+// Inner loops of the stages that read multi-byte text: characters off its front that are whole and mapped by the
+// module's own tables become UTF-16 units. They may stop anywhere: a stage knows how to do the rest. Texts with user
+// characters are left to it altogether.
+#pragma once
+
+#include "core/kernels/kernels.h"
+#include "modules/qznlsmb/scanners.h"
+#include "veldnls/pipeline.h"
+
+namespace veldnls {
+
+// Takes `count` bytes and room for `room` units, and returns how many bytes were read and how many units written.
+// `inDouble` is the mode of text with shifts, before and after. The row is one that `hasInnerLoop`.
+using SourceLoop = KernelRun(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count,
+                             uint8_t* units, size_t room);
+
+SourceLoop plainLeadBytes;
+SourceLoop plainHighBits;
+SourceLoop plainShifted;
+SourceLoop plainIso2022;
+// By the index of its module.
+SourceLoop plainGb18030;
+
+// Rows without shifts must have ASCII below 0x80, and their lead bytes, if any, above it in one or two ranges, for
+// their loops. All have.
+bool hasInnerLoop(const EncodingDescriptor& row);
+
+}  // namespace veldnls

@@ -1,0 +1,178 @@
+// The Unicode forms as sources: the next character, and characters and runs that need no decision.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "core/kernels/kernels.h"
+#include "core/text/blanks.h"
+#include "core/text/i8.h"
+#include "core/text/units.h"
+#include "core/text/utf8.h"
+#include "modules/qznlsmb/ascii.h"
+#include "modules/qznlsmb/scanners.h"
+#include "veldnls/encoding.h"
+
+namespace veldnls {
+
+struct UnicodeCharacter {
+  uint32_t value;
+  uint32_t length;  // 0: the input ends inside of it
+  bool invalid;     // the value replaces what stands there
+};
+
+inline constexpr UnicodeCharacter incompleteCharacter{0, 0, false};
+
+// Each form:
+//   read(at, left)                  the character at the front of `left` bytes, at least 1
+//   toUtf16(at, left, units, room)  makes little-endian UTF-16 of valid characters off the front, as far as they and
+//   the
+//                                   room go; returns bytes read and units written
+//   narrowAscii(in, count, out, room)
+//                                   writes characters below 0x80 off the front as bytes, as far as they and the room
+//                                   go; returns bytes read and written
+//   sizeOf(units, count)            how many bytes the characters of these units take, which are no surrogates
+//   blank(row)                      the blank of the blank rule
+
+template <std::endian order>
+struct Utf16Input {
+  // A low surrogate that stands alone is taken as it is.
+  static UnicodeCharacter read(const uint8_t* at, size_t left) {
+    if (left < 2) return incompleteCharacter;
+    const uint32_t unit = load16<order>(at);
+    if (!isHighSurrogate(unit)) return {unit, 2, false};
+    if (left < 4) return incompleteCharacter;
+    const uint32_t second = load16<order>(at + 2);
+    if (!isLowSurrogate(second)) return {replacementCharacter, 2, true};
+    return {pairValue(unit, second), 4, false};
+  }
+
+  static KernelRun toUtf16(const uint8_t* at, size_t left, uint8_t* units, size_t room) {
+    const size_t count = std::min(left / utf16UnitBytes, room);
+    if constexpr (order == std::endian::little) {
+      std::memcpy(units, at, utf16UnitBytes * count);
+    } else {
+      kernels().swap16(at, units, count);
+    }
+    return {utf16UnitBytes * count, count};
+  }
+
+  static KernelRun narrowAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+    const size_t ascii = kernels().narrowAscii16.template of<order>()(in, out, std::min(count / utf16UnitBytes, room));
+    return {utf16UnitBytes * ascii, ascii};
+  }
+
+  static size_t sizeOf(const uint8_t* /*units*/, size_t count) { return utf16UnitBytes * count; }
+
+  static Blank blank(const EncodingDescriptor& /*row*/) {
+    return order == std::endian::little ? utf16Blank : utf16BigEndianBlank;
+  }
+};
+
+template <std::endian order>
+struct Utf32Input {
+  static UnicodeCharacter read(const uint8_t* at, size_t left) {
+    if (left < 4) return incompleteCharacter;
+    return {load32<order>(at), 4, false};
+  }
+
+  static KernelRun toUtf16(const uint8_t* at, size_t left, uint8_t* units, size_t room) {
+    const KernelRun run = kernels().utf32ToUtf16.template of<order>()(at, left / utf32UnitBytes, units, room);
+    return {utf32UnitBytes * run.read, run.written};
+  }
+
+  static KernelRun narrowAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+    const size_t ascii = kernels().narrowAscii32.template of<order>()(in, out, std::min(count / utf32UnitBytes, room));
+    return {utf32UnitBytes * ascii, ascii};
+  }
+
+  static size_t sizeOf(const uint8_t* /*units*/, size_t count) { return utf32UnitBytes * count; }
+
+  static Blank blank(const EncodingDescriptor& /*row*/) {
+    return order == std::endian::little ? utf32Blank : utf32BigEndianBlank;
+  }
+};
+
+struct Utf8Input {
+  static UnicodeCharacter read(const uint8_t* at, size_t left) {
+    if (left <= utf8TrailCount[*at]) return incompleteCharacter;
+    const Utf8Sequence sequence = readUtf8(at, left);
+    if (sequence.value == invalidUtf8) return {replacementCharacter, sequence.length, true};
+    return {sequence.value, sequence.length, false};
+  }
+
+  // A kernel doesn't pay for few characters.
+  static KernelRun toUtf16(const uint8_t* at, size_t left, uint8_t* units, size_t room) {
+    return left < 48 ? toUtf16One(at, left, units, room) : kernels().utf8ToUtf16(at, left, units, room);
+  }
+
+  // Characters of plane 0, one by one.
+  static KernelRun toUtf16One(const uint8_t* const text, size_t left, uint8_t* const units, size_t room) {
+    const uint8_t* at = text;
+    uint8_t* out = units;
+    for (const uint8_t* end = text + left; at != end && room != 0; --room) {
+      const uint32_t lead = at[0];
+      uint32_t unit = lead;
+      ptrdiff_t length = 1;
+      if (lead >= 0x80) {
+        length = lead >= 0xE0 ? 3 : 2;
+        if (end - at < length) break;
+        if (length == 3) {
+          unit = (lead & 0xF) << 12 | (at[1] & 0x3Fu) << 6 | (at[2] & 0x3Fu);
+          if (lead >= 0xF0 || !isUtf8Trail(at[1]) || !isUtf8Trail(at[2]) || unit < 0x800 || isSurrogate(unit)) break;
+        } else {
+          unit = (lead & 0x1F) << 6 | (at[1] & 0x3Fu);
+          if (lead < 0xC2 || !isUtf8Trail(at[1])) break;
+        }
+      }
+      store16(out, unit);
+      out += utf16UnitBytes;
+      at += length;
+    }
+    return {static_cast<size_t>(at - text), static_cast<size_t>(out - units) / utf16UnitBytes};
+  }
+
+  static KernelRun narrowAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+    const size_t ascii = copyAscii(in, out, std::min(count, room));
+    return {ascii, ascii};
+  }
+
+  static size_t sizeOf(const uint8_t* units, size_t count) {
+    size_t size = 0;
+    for (size_t i = 0; i < count; ++i) size += utf8Length(load16<std::endian::little>(units + utf16UnitBytes * i));
+    return size;
+  }
+
+  static Blank blank(const EncodingDescriptor& row) { return {1, row.padChar & 0xFF}; }
+};
+
+struct UtfEbcdicInput {
+  // By the report: all bits of a lead byte count, also those of the two-byte leads, which Unicode stages leave out. As
+  // there, trailing bytes aren't tested and a byte that begins no sequence is U+0000.
+  static UnicodeCharacter read(const uint8_t* at, size_t left) {
+    auto length = static_cast<uint32_t>(std::min<size_t>(left, 8));
+    NlsBool8 unused = 0;
+    scanUtfe(nullptr, at, &length, &unused);
+    if (length == 0) return incompleteCharacter;
+    const uint8_t lead = ebcdicToI8[at[0]];
+    uint32_t value = length == 2 ? lead & 0x1Fu : uint32_t{lead} & i8LeadMask[lead];
+    for (uint32_t i = 1; i < length; ++i) value = value << 5 | (ebcdicToI8[at[i]] & 0x1Fu);
+    return {value, length, false};
+  }
+
+  // There is no inner loop for this form.
+  static KernelRun toUtf16(const uint8_t* /*at*/, size_t /*left*/, uint8_t* /*units*/, size_t /*room*/) {
+    return {0, 0};
+  }
+  static KernelRun narrowAscii(const uint8_t* /*in*/, size_t /*count*/, uint8_t* /*out*/, size_t /*room*/) {
+    return {0, 0};
+  }
+  static size_t sizeOf(const uint8_t* /*units*/, size_t /*count*/) { return 0; }
+
+  static Blank blank(const EncodingDescriptor& row) { return {1, row.padChar & 0xFF}; }
+};
+
+}  // namespace veldnls
