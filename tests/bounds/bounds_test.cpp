@@ -114,6 +114,10 @@ bool isShortened(const CallRow& row, const Outcome& outcome, const Outcome& whol
       return isPrefix(outcome.bytes, whole.bytes);
     case Shortening::pairBecomesFFFD:
       return isPrefix(outcome.bytes, whole.bytes) || endsInReplacedPair(row, outcome.bytes, whole.bytes);
+    case Shortening::closed:
+      return isPrefix(outcome.bytes, whole.bytes) ||
+             (outcome.bytes.size() >= row.closing &&
+              isPrefix(Span(outcome.bytes).first(outcome.bytes.size() - row.closing), whole.bytes));
     default:
       return outcome.bytes.size() == whole.bytes.size() ? outcome.bytes == whole.bytes
                                                         : isReversedTail(outcome.bytes, whole.bytes);

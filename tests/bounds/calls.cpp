@@ -65,6 +65,14 @@ CallResult withHeldBytes(TranscodingPipeline* pipeline, Span input, Room output)
   return resume(pipeline, input, output, progress, nullptr);
 }
 
+// A shift-in. In the text of ISO-2022 encodings it is looked for once more, and found as the second byte of a character
+// where the text has control characters that are shifts.
+size_t closingOf(const Encoding& target) {
+  const size_t shiftIn = shiftInOf(target).size();
+  const bool looksAgain = target.cei == U_JIS7_CE || target.cei == U_ISO2022JP_CE || target.cei == U_ISO2022KR_CE;
+  return looksAgain ? shiftIn + 1 : shiftIn;
+}
+
 void addRoute(Rows& rows, const Route& route) {
   constexpr std::pair<const char*, PipelineCall> forms[] = {{"transcode", transcode},
                                                             {"resumable", resumable},
@@ -74,12 +82,17 @@ void addRoute(Rows& rows, const Route& route) {
   const bool pairs =
       isUtf16(route.target) && (route.source.cei == U_UTF8_CE || route.source.kind == TextKind::utf32le ||
                                 route.source.kind == TextKind::utf32be);
+  const size_t closing = closingOf(route.target);
+  const Shortening shortening = pairs          ? Shortening::pairBecomesFFFD
+                                : closing != 0 ? Shortening::closed
+                                               : Shortening::prefix;
   for (const auto& [name, form] : forms) {
     rows.push_back({.name = route.name() + "_" + name,
                     .input = route.source.kind,
                     .call = [route, form](Span input, Room output) { return form(route.pipeline(), input, output); },
-                    .shortening = pairs ? Shortening::pairBecomesFFFD : Shortening::prefix,
-                    .bigEndianOutput = route.target.kind == TextKind::utf16be});
+                    .shortening = shortening,
+                    .bigEndianOutput = route.target.kind == TextKind::utf16be,
+                    .closing = closing});
   }
 }
 

@@ -23,6 +23,7 @@ using Room = std::span<uint8_t>;
 enum class Shortening {
   prefix,           // it is the beginning
   pairBecomesFFFD,  // but a surrogate pair of which only the first unit has room becomes U+FFFD
+  closed,           // the same but for a shift-in that ends it
   reversed,         // digits: the low ones remain, last one first
 };
 
@@ -36,6 +37,7 @@ struct CallRow {
   std::optional<size_t> outputSize = {};
   Shortening shortening = Shortening::prefix;
   bool bigEndianOutput = false;  // of the units that pairBecomesFFFD looks at
+  size_t closing = 0;            // the most bytes at the end by which `closed` texts differ
 };
 
 std::vector<CallRow> callRows();

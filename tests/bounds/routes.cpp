@@ -1,8 +1,12 @@
 #include "bounds/routes.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <ostream>
+#include <span>
+
+#include "reference/encoding_text.h"
 
 namespace bounds_test {
 
@@ -25,6 +29,41 @@ constexpr Encoding wlatin1 = page("wlatin1", U_WLATIN1_CE);
 constexpr Encoding ebcdic1047 = page("ebcdic1047", U_EBCDIC1047_CE);
 constexpr Encoding pcoem850 = page("pcoem850", U_PCOEM850_CE);
 
+// Multi-byte encodings of every structure. Those that are targets only have no text of their own.
+constexpr Encoding shiftJis{"shiftJis", U_SHIFTJIS_CE, TextKind::shiftJis};
+constexpr Encoding eucJp{"eucJp", U_EUCJP_CE, TextKind::eucJp};
+constexpr Encoding gb18030{"gb18030", U_GB18030_CE, TextKind::gb18030};
+constexpr Encoding ibm939{"ibm939", U_IBM939_CE, TextKind::ibm939};
+constexpr Encoding hitachiJp{"hitachiJp", U_HITACHIJP_CE, TextKind::hitachiJp};
+constexpr Encoding iso2022jp{"iso2022jp", U_ISO2022JP_CE, TextKind::iso2022jp};
+constexpr Encoding iso2022kr{"iso2022kr", U_ISO2022KR_CE, TextKind::iso2022kr};
+constexpr Encoding ms936 = page("ms936", U_MS936_CE);
+constexpr Encoding jis7 = page("jis7", U_JIS7_CE);
+constexpr Encoding necJp = page("necJp", U_NECJP_CE);
+constexpr Encoding pcjis = page("pcjis", U_PCJIS_CE);
+
+void addMultiByte(std::vector<Route>& all) {
+  const auto& [utf8, utfe, utf16le, utf16be, utf32le, utf32be] = unicodeForms;
+  const Route to[] = {{shiftJis, utf16le},  {shiftJis, utfe},  {eucJp, utf16be},
+                      {gb18030, utf8},      {ibm939, utf16le}, {ibm939, utf8},
+                      {hitachiJp, utf32be}, {iso2022jp, utf8}, {iso2022kr, utf16le}};
+  const Route from[] = {{utf8, shiftJis},     {utf16be, eucJp},     {utf32le, gb18030}, {utfe, ibm939},
+                        {utf16le, hitachiJp}, {utf16le, iso2022jp}, {utf8, iso2022kr},  {utf16le, jis7},
+                        {utf32be, necJp},     {utf8, pcjis}};
+  const Route bytes[] = {
+      {wlatin1, ms936}, {wlatin1, ibm939}, {shiftJis, wlatin1}, {hitachiJp, ebcdic1047}, {iso2022kr, wlatin1}};
+  const Route through[] = {{shiftJis, ibm939}, {ibm939, iso2022jp},  {hitachiJp, shiftJis},
+                           {iso2022jp, necJp}, {iso2022kr, gb18030}, {gb18030, jis7}};
+  // Pairs that need no conversion; the resumable run checks.
+  const Route unconverted[] = {
+      {shiftJis, page("ms932", U_MS932_CE)}, {ibm939, ibm939}, {page("usAscii", U_ASCII_CE), ms936}};
+  for (const std::span<const Route> routes :
+       {std::span<const Route>(to), std::span<const Route>(from), std::span<const Route>(bytes),
+        std::span<const Route>(through), std::span<const Route>(unconverted)}) {
+    all.insert(all.end(), routes.begin(), routes.end());
+  }
+}
+
 std::vector<Route> makeRoutes() {
   std::vector<Route> all;
   for (const Encoding& source : unicodeForms) {
@@ -46,6 +85,7 @@ std::vector<Route> makeRoutes() {
   all.push_back({page("usAscii", U_ASCII_CE), unicodeForms[0]});
   all.push_back({page("any", U_ANY_CE), unicodeForms[2]});
   all.push_back({page("any", U_ANY_CE), unicodeForms[4]});
+  addMultiByte(all);
   return all;
 }
 
@@ -68,7 +108,19 @@ const std::vector<Route>& routes() {
 
 void PrintTo(const Route& route, std::ostream* stream) { *stream << route.name(); }
 
-bool isUnicode(const Encoding& encoding) { return encoding.kind != TextKind::bytes; }
+bool isUnicode(const Encoding& encoding) {
+  return std::ranges::any_of(unicodeForms, [&](const Encoding& form) { return form.cei == encoding.cei; });
+}
+
+bool isMultiByte(const Encoding& encoding) {
+  return transcode_test::isMultiByteClass(transcode_test::encodingText(encoding.cei).encodingClass);
+}
+
+bool isMultiByte(const Route& route) { return isMultiByte(route.source) || isMultiByte(route.target); }
+
+Bytes shiftInOf(const Encoding& encoding) {
+  return isMultiByte(encoding) ? transcode_test::encodingText(encoding.cei).shiftIn : Bytes();
+}
 
 bool isUtf16(const Encoding& encoding) {
   return encoding.kind == TextKind::utf16le || encoding.kind == TextKind::utf16be;

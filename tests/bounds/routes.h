@@ -1,6 +1,6 @@
 // The routes that stand for all: every pair of Unicode forms, single bytes to and from each of them, bytes to bytes,
-// and pairs that copy. Tests of buffers, cuts, overlap, failing memory and threads go through this table; a new kind of
-// route is a new row.
+// pairs that copy, and multi-byte text of every structure. Tests of buffers, cuts, overlap, failing memory and threads
+// go through this table; a new kind of route is a new row.
 #pragma once
 
 #include <iosfwd>
@@ -33,5 +33,10 @@ void PrintTo(const Route& route, std::ostream* stream);
 
 bool isUnicode(const Encoding& encoding);
 bool isUtf16(const Encoding& encoding);
+bool isMultiByte(const Encoding& encoding);
+bool isMultiByte(const Route& route);
+
+// What ends double-byte mode in a target's text: each call closes with it what it has begun. Empty without shifts.
+Bytes shiftInOf(const Encoding& encoding);
 
 }  // namespace bounds_test

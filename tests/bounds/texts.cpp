@@ -4,6 +4,8 @@
 #include <random>
 #include <string>
 
+#include "reference/multi_byte.h"
+
 namespace bounds_test {
 
 namespace {
@@ -81,6 +83,50 @@ Bytes byteText(Random& random, bool blankTail, size_t length) {
   return text;
 }
 
+// ---- Multi-byte text ----
+
+// Katakana of both widths, hiragana, ideographs and syllables, of which each encoding has some.
+constexpr Range eastern[] = {{0x3000, 4}, {0x3041, 80}, {0x30A1, 80}, {0xFF61, 63}, {0x4E00, 0x1000}, {0xAC00, 0x800}};
+
+Bytes encoded(CEI cei, std::u32string_view characters) {
+  const Bytes units = transcode_test::utf16(characters);
+  return transcode_test::expectedMultiByte(U_L_UNICODE_CE, cei, units, 16 * units.size() + 16, {.gbLoaded = true})
+      .outcome.bytes;
+}
+
+std::u32string characterRun(Random& random) {
+  constexpr uint32_t longestRun = 4;
+  const Range& range =
+      random() % 2 == 0 ? ranges[0] : eastern[below(random, static_cast<uint32_t>(std::size(eastern)))];
+  std::u32string run;
+  for (uint32_t left = below(random, longestRun) + 1; left > 0; --left) run += range.first + below(random, range.count);
+  return run;
+}
+
+Bytes multiByteText(CEI cei, Random& random, bool blankTail, size_t length) {
+  const transcode_test::EncodingText& row = transcode_test::encodingText(cei);
+  const size_t written = blankTail ? length - length / 4 : length;
+  Bytes text;
+  for (;;) {
+    const Bytes run = encoded(cei, characterRun(random));
+    if (text.size() + run.size() > written) break;
+    text.insert(text.end(), run.begin(), run.end());
+  }
+  text.resize(length, row.blank());
+  // The beginning of a shift sequence or of a character.
+  const Bytes& shift = row.shiftOut;
+  if (!blankTail && length != 0 && random() % 2 == 0) text.back() = shift.empty() ? row.leadRanges[0].low : shift[0];
+  return text;
+}
+
+void damageShifts(Bytes& text, Random& random) {
+  constexpr uint8_t hot[] = {0x00, 0x0A, 0x0E, 0x0F, 0x1B, 0x20, 0x24, 0x28, 0x29, 0x30, 0x39, 0x40,
+                             0x41, 0x42, 0x43, 0x4A, 0x80, 0x81, 0x8E, 0x8F, 0xA1, 0xE1, 0xFE, 0xFF};
+  for (uint8_t& byte : text) {
+    if (random() % 8 == 0) byte = hot[below(random, static_cast<uint32_t>(std::size(hot)))];
+  }
+}
+
 // Names and pieces of names, in units; an odd byte stays 0.
 Bytes nameText(std::initializer_list<const char16_t*> names, Random& random, size_t length) {
   const std::u16string name = names.begin()[below(random, static_cast<uint32_t>(names.size()))];
@@ -103,10 +149,36 @@ void damage(Bytes& text, Random& random) {
 
 }  // namespace
 
+CEI multiByteCei(TextKind kind) {
+  switch (kind) {
+    case TextKind::shiftJis:
+      return U_SHIFTJIS_CE;
+    case TextKind::eucJp:
+      return U_EUCJP_CE;
+    case TextKind::gb18030:
+      return U_GB18030_CE;
+    case TextKind::ibm939:
+      return U_IBM939_CE;
+    case TextKind::hitachiJp:
+      return U_HITACHIJP_CE;
+    case TextKind::iso2022jp:
+      return U_ISO2022JP_CE;
+    case TextKind::iso2022kr:
+      return U_ISO2022KR_CE;
+    default:
+      return -1;
+  }
+}
+
 Bytes makeText(TextKind kind, Condition condition, uint32_t seed, size_t length) {
   Random random(seed * 2 + static_cast<uint32_t>(length) * 7919 + static_cast<uint32_t>(kind));
   const bool blankTail = seed % 2 != 0;
   Bytes text;
+  if (multiByteCei(kind) >= 0) {
+    text = multiByteText(multiByteCei(kind), random, blankTail, length);
+    if (condition == Condition::damaged) damageShifts(text, random);
+    return text;
+  }
   switch (kind) {
     case TextKind::bytes:
     case TextKind::real:

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "reference/encoding_text.h"
+
 namespace cuts_test {
 
 namespace {
@@ -52,14 +54,33 @@ bool isThroughUtf16(const Route& route) {
   return isEightBit(route.target) && (isEightBit(route.source) || route.source.cei == U_ASCII_CE);
 }
 
+// Whether a text has a character that is written as the byte at which a shift of the target begins.
+bool hasShiftsAsCharacters(const Route& route, Span text) {
+  const Bytes shiftIn = bounds_test::shiftInOf(route.target);
+  if (shiftIn.empty() || !isUnicode(route.source)) return false;
+  const Bytes shiftOut = transcode_test::encodingText(route.target.cei).shiftOut;
+  const Bytes units = unitsOf(route, text);
+  for (size_t i = 0; i + 1 < units.size(); i += 2) {
+    if (units[i + 1] == 0 && (units[i] == shiftIn[0] || units[i] == shiftOut[0])) return true;
+  }
+  return false;
+}
+
 constexpr Exception exceptions[] = {
     {"a code page has one substitution byte for a pair, but two when the pair is cut between calls", Way::cuts,
      [](const Route& route, Span text) {
        const bool keepsUnits = isUtf16(route.source) || route.source.kind == TextKind::utfEbcdic;
-       return !isUnicode(route.target) && keepsUnits && mayEndInHighSurrogate(route, text);
+       const bool toPage = !isUnicode(route.target) && !bounds_test::isMultiByte(route.target);
+       return toPage && keepsUnits && mayEndInHighSurrogate(route, text);
      }},
     {"of two steps the second keeps a first surrogate in a record of its own, which ends with the call", Way::cuts,
      [](const Route& route, Span text) { return isThroughUtf16(route) && mayEndInHighSurrogate(route, text); }},
+    {"ISO-2022 text is looked at once more when it is written, and control characters are then taken for shifts",
+     Way::cuts,
+     [](const Route& route, Span text) {
+       const bool isAscii = transcode_test::encodingText(route.target.cei).blank() == 0x20;
+       return bounds_test::isMultiByte(route.target) && isAscii && hasShiftsAsCharacters(route, text);
+     }},
     {"a pair that has room for its first unit only becomes U+FFFD", Way::littleRoom,
      [](const Route& route, Span text) {
        if (!isUtf16(route.target) || !(route.source.kind == TextKind::utf8 || isUtf32(route.source))) return false;

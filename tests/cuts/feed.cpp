@@ -14,7 +14,13 @@ constexpr uint8_t canary = 0xCD;
 size_t feedPiece(TranscodingPipeline* pipeline, Span text, size_t at, size_t end, Span::size_type room,
                  TranscodeProgress& progress, Fed& fed) {
   Bytes output(room, canary);
-  for (;;) {
+  // Every call takes a byte, or writes a character that was held.
+  const size_t mostCalls = end - at + sizeof progress.held + 1;
+  for (size_t calls = 1;; ++calls) {
+    if (calls > mostCalls) {
+      ADD_FAILURE() << "a caller that goes on doesn't come to an end";
+      return end;
+    }
     const Span piece = text.subspan(at, end - at);
     uint32_t written = 0;
     const NlsStatus status = pipeline->transcodeResumable(pipeline, piece.empty() ? nullptr : piece.data(),

@@ -22,13 +22,19 @@ constexpr int mostRequests = 20;
 
 class Faults : public testing::TestWithParam<Route> {};
 
-void unloadSingleByteModule() {
-  if (nls()->singleByteModule == nullptr) return;
-  nls()->singleByteModule->destroy(nls()->singleByteModule);
-  nls()->singleByteModule = nullptr;
+template <class Module>
+void unload(Module*& module) {
+  if (module == nullptr) return;
+  module->destroy(module);
+  module = nullptr;
 }
 
-// The first pipeline, so that the module is loaded as well.
+void unloadModules() {
+  unload(nls()->singleByteModule);
+  unload(nls()->multiByteModule);
+}
+
+// The first pipeline, so that its modules are loaded as well.
 TEST_P(Faults, Creation) {
   const auto create = [] {
     return nls()->createPipeline(nls(), GetParam().source.cei, GetParam().target.cei, nullptr, nullptr);
@@ -37,7 +43,7 @@ TEST_P(Faults, Creation) {
   ASSERT_NE(warm, nullptr);
   warm->destroy(warm);
   for (const Failure failure : failures) {
-    unloadSingleByteModule();
+    unloadModules();
     const Balance before(host().memory.context);
     const uint64_t used = usedBytes(nls()->pool);
     TranscodingPipeline* pipeline = nullptr;
@@ -51,7 +57,7 @@ TEST_P(Faults, Creation) {
       }
       ASSERT_EQ(pipeline == nullptr, failed) << n;
       ASSERT_EQ(usedBytes(nls()->pool) == used, failed) << n;
-      unloadSingleByteModule();
+      unloadModules();
       ASSERT_EQ(Balance(host().memory.context), before) << n;
     }
     EXPECT_EQ(pipeline->destroy(pipeline), 0u);

@@ -403,16 +403,26 @@ TEST(Module, FurtherCallsOfTheExportDisturbNoRunningObject) {
   worker.join();
 }
 
+TEST(Module, MakesLocales) {
+  const Module module;
+  const test::NlsHost host(module.entry);
+  ASSERT_NE(host.nls, nullptr);
+  QZLocale* locale = host.nls->createLocale(host.nls, u"en_US", 5);
+  ASSERT_NE(locale, nullptr);
+  char16_t text[20];
+  int32_t length = 0;
+  EXPECT_EQ(locale->formatDateTime(locale, 0, 0, text, 20, &length), 0u);
+  EXPECT_EQ(std::u16string(text, static_cast<size_t>(length)), u"01Jan1960:00:00:00");
+  EXPECT_EQ(locale->destroy(locale), 0u);
+}
+
 TEST(Module, SlotsOfWhatIsNotBuiltInRefuse) {
   const Module module;
   const test::NlsHost host(module.entry);
   QZNLS* nls = host.nls;
   ASSERT_NE(nls, nullptr);
-  EXPECT_EQ(nls->createLocale(nls, u"en_US", 5), nullptr);
   EXPECT_EQ(nls->createDefaultLocale(nls), nullptr);
   EXPECT_EQ(nls->freeLocaleWorkRecord(nls, nullptr), 0u);
-  EXPECT_EQ(nls->setUserCharacterTables(nls, nullptr), nullptr);
-  EXPECT_EQ(nls->freeUserCharacterTables(nls, nullptr), 0u);
   auto* collator = reinterpret_cast<QZNLSCollate*>(1);
   NlsStatus status = 0;
   EXPECT_EQ(nls->createCollator(nls, nullptr, nullptr, &collator, nullptr, &status), nlsCollatorLocaleInvalid);
@@ -428,10 +438,43 @@ TEST(Module, SlotsOfWhatIsNotBuiltInRefuse) {
   auto* manipulator = reinterpret_cast<QZNLSSM*>(1);
   EXPECT_EQ(nls->createStringManipulator(nls, 62, nullptr, &manipulator), nlsUnknownEncoding);
   EXPECT_EQ(manipulator, nullptr);
+}
+
+TEST(Module, ValidatesTextAndTakesUserCharacters) {
+  const Module module;
+  const test::NlsHost host(module.entry);
+  QZNLS* nls = host.nls;
+  ASSERT_NE(nls, nullptr);
   int32_t offset = 5;
-  EXPECT_EQ(nls->validateEncodedText(nls, "a", 1, 20, nullptr, &offset), nlsUnknownEncoding);
+  EXPECT_EQ(nls->validateEncodedText(nls, "a", 1, 20, nullptr, &offset), 0u);
   EXPECT_EQ(offset, -1);
-  EXPECT_EQ(nls->validateEncodedText(nls, "a", 1, 20, nullptr, nullptr), nlsUnknownEncoding);
+  EXPECT_EQ(nls->validateEncodedText(nls, "a\xFF", 2, 138, nullptr, &offset), nlsInvalidCharacter);
+  EXPECT_EQ(offset, 1);
+  uint8_t codes[] = {0x85, 0x40};
+  uint8_t characters[] = {0xF8, 0xA0};
+  UserCharacterTable tables[2]{};
+  for (int i = 0; i < 2; ++i) {
+    tables[i].columnCount = 2;
+    tables[i].characterCount = 1;
+    tables[i].columnBytes = 2;
+    tables[i].columns[i] = codes;
+    tables[i].columns[1 - i] = characters;
+    tables[i].ceis[i] = 138;
+    tables[i].ceis[1 - i] = 25;
+  }
+  tables[0].next = &tables[1];
+  UserCharacterTable* list = nls->setUserCharacterTables(nls, tables);
+  ASSERT_NE(list, nullptr);
+  TranscodingPipeline* pipeline = nls->createToUtf16Pipeline(nls, 138, nullptr, nullptr);
+  ASSERT_NE(pipeline, nullptr);
+  uint8_t output[4];
+  uint32_t length = 0;
+  EXPECT_EQ(pipeline->transcode(pipeline, codes, 2, output, 4, &length, nullptr), 0u);
+  EXPECT_EQ(length, 2u);
+  EXPECT_EQ(output[0] | output[1] << 8, 0xF8A0);
+  EXPECT_EQ(pipeline->destroy(pipeline), 0u);
+  nls->userCharacterTables = nullptr;
+  EXPECT_EQ(nls->freeUserCharacterTables(nls, list), 0u);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "transcode/utf_ebcdic.h"
+#include "core/text/utf_ebcdic.h"
 
 #include <gtest/gtest.h>
 

@@ -8,6 +8,7 @@ namespace threads_test {
 namespace {
 
 TEST(ThreadsForLong, FirstPipelines) { makeFirstPipelinesAtOnce(5000); }
+TEST(ThreadsForLong, FirstMultiBytePipelines) { makeFirstMultiBytePipelinesAtOnce(5000); }
 TEST(ThreadsForLong, SharedPipelines) { hammerSharedPipelines(200); }
 TEST(ThreadsForLong, OnePool) { hammerOnePool(50000); }
 

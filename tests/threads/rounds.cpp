@@ -17,6 +17,7 @@ namespace {
 
 using bounds_test::Bytes;
 using bounds_test::Condition;
+using bounds_test::isMultiByte;
 using bounds_test::makeText;
 using bounds_test::Route;
 using bounds_test::routes;
@@ -46,12 +47,23 @@ Converted convert(TranscodingPipeline* pipeline, const Bytes& text) {
   return {status, output};
 }
 
-std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, bool singleByteOnly) {
+using Choice = bool (*)(const Route& route);
+
+bool every(const Route&) { return true; }
+bool needsSingleByteModule(const Route& route) {
+  const PipelineSide& side = route.pipeline()->source;
+  return !isMultiByte(route) && (side.toUnicode != nullptr || side.byteMap != nullptr);
+}
+// A pipeline to GB18030 depends on whether another thread has made one from it already.
+bool needsMultiByteModule(const Route& route) {
+  const bool converts = nls()->conversionNeeded(nls(), route.source.cei, route.target.cei) != 0;
+  return isMultiByte(route) && converts && route.target.cei != U_GB18030_CE;
+}
+
+std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, Choice isChosen) {
   std::vector<Job> jobs;
   for (const Route& route : routes()) {
-    const bool singleByte =
-        route.pipeline()->source.toUnicode != nullptr || route.pipeline()->source.byteMap != nullptr;
-    if (singleByteOnly && !singleByte) continue;
+    if (!isChosen(route)) continue;
     for (const size_t length : lengths) {
       Job job{&route, makeText(route.source.kind, Condition::damaged, 3, length)};
       Converted alone = convert(route.pipeline(), job.text);
@@ -77,21 +89,26 @@ void onThreads(int count, Body body) {
   for (std::thread& thread : threads) thread.join();
 }
 
-void unloadSingleByteModule() {
+using Unload = void (*)() noexcept;
+
+void unloadSingleByteModule() noexcept {
   nls()->singleByteModule->destroy(nls()->singleByteModule);
   nls()->singleByteModule = nullptr;
 }
 
-}  // namespace
+// The GB18030 module goes with it.
+void unloadMultiByteModule() noexcept {
+  nls()->multiByteModule->destroy(nls()->multiByteModule);
+  nls()->multiByteModule = nullptr;
+}
 
-void makeFirstPipelinesAtOnce(int rounds) {
+void makePipelinesAtOnce(int rounds, const std::vector<Job>& jobs, Unload unload) {
   constexpr int threadCount = 64;
-  const std::vector<Job> jobs = makeJobs({24}, true);
   ASSERT_FALSE(jobs.empty());
-  unloadSingleByteModule();
+  unload();
   std::atomic<int> failures = 0;
   std::barrier start(threadCount);
-  std::barrier<void (*)() noexcept> end(threadCount, []() noexcept { unloadSingleByteModule(); });
+  std::barrier<Unload> end(threadCount, std::move(unload));
   onThreads(threadCount, [&](size_t index) {
     for (int round = 0; round < rounds; ++round) {
       const Job& job = jobs[(index + static_cast<size_t>(round)) % jobs.size()];
@@ -106,9 +123,21 @@ void makeFirstPipelinesAtOnce(int rounds) {
   EXPECT_EQ(failures, 0);
 }
 
+}  // namespace
+
+void makeFirstPipelinesAtOnce(int rounds) {
+  makePipelinesAtOnce(rounds, makeJobs({24}, needsSingleByteModule), unloadSingleByteModule);
+}
+
+void makeFirstMultiBytePipelinesAtOnce(int rounds) {
+  makePipelinesAtOnce(rounds, makeJobs({24}, needsMultiByteModule), unloadMultiByteModule);
+  // The routes' own pipelines have seen both modules.
+  const transcode_test::Pipeline reloading(U_GB18030_CE, U_L_UNICODE_CE);
+}
+
 void hammerSharedPipelines(int rounds) {
   constexpr int threadCount = 16;
-  const std::vector<Job> jobs = makeJobs({40, 3000}, false);
+  const std::vector<Job> jobs = makeJobs({40, 3000}, every);
   std::vector<TranscodingPipeline*> pipelines;
   for (const Job& job : jobs) pipelines.push_back(job.route->pipeline());
   std::atomic<int> failures = 0;

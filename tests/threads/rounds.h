@@ -7,6 +7,9 @@ namespace threads_test {
 // with what one thread alone got.
 void makeFirstPipelinesAtOnce(int rounds);
 
+// The same with the multi-byte module and, for some of the threads, the GB18030 module.
+void makeFirstMultiBytePipelinesAtOnce(int rounds);
+
 // Threads that share all pipelines, and the pool of the object with scratch memory from it. Every result is compared
 // with that of one thread alone.
 void hammerSharedPipelines(int rounds);

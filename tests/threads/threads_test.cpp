@@ -8,6 +8,7 @@ namespace threads_test {
 namespace {
 
 TEST(Threads, FirstPipelines) { makeFirstPipelinesAtOnce(100); }
+TEST(Threads, FirstMultiBytePipelines) { makeFirstMultiBytePipelinesAtOnce(100); }
 TEST(Threads, SharedPipelines) { hammerSharedPipelines(20); }
 TEST(Threads, OnePool) { hammerOnePool(5000); }
 

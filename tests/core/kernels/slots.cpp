@@ -2,6 +2,9 @@
 
 #include <array>
 
+#include "modules/qznlsgb/tables.h"
+#include "modules/qznlsmb/tables.h"
+
 namespace test::kernels {
 
 namespace {
@@ -86,6 +89,54 @@ const uint8_t* const* pages() {
   return table.data();
 }
 
+void addCodes(std::vector<Slot>& all) {
+  static const veldnls::UnitCodes codes = veldnls::fromUnicodeSets[shiftJisSet].codes;
+  static const veldnls::UnitCells cells = {veldnls::gbFromUnicodeIndex.blocks, veldnls::gbFromUnicodeIndex.cells};
+  static const veldnls::CodeRows rows = veldnls::toUnicodeSets[shiftJisSet].codes;
+  static const veldnls::LeadBytes leads = {0x81, 0x9F - 0x81, 0xE0, 0xFC - 0xE0};
+  constexpr uint32_t blankCode = 0x8140;
+  constexpr uint32_t blank = 0x4081;
+  static constexpr uint8_t four[] = {0x0E, 0x0F, 0x1B, 0xE1};
+  all.push_back({"unitsToCodes", Form::utf16Little, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.unitsToCodes(codes, blank, in, count, out, room);
+                 }});
+  all.push_back({"unitsToDoubles", Form::utf16Little, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.unitsToDoubles(codes, blank, in, count, out, room);
+                 }});
+  all.push_back({"unitsToCells", Form::utf16Little, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.unitsToCells(cells, in, count, out, room);
+                 }});
+  all.push_back({"codesToUnits", Form::shiftJis, 2, 1, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.codesToUnits(rows, leads, blankCode, in, count, out, room);
+                 }});
+  all.push_back({"doublesToUnits", Form::shiftJisPairs, 2, 1, false,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t) {
+                   const size_t done = k.doublesToUnits(rows, blankCode, in, out, count);
+                   return KernelRun{done, done};
+                 }});
+  for (const bool before : {false, true}) {
+    const std::string mode = before ? ", double mode" : ", single mode";
+    all.push_back({"shiftedToUnits" + mode, Form::shifted, 2, 1, true,
+                   [before](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                     bool inDouble = before;
+                     return k.shiftedToUnits(shiftedSource(), inDouble, in, count, out, room);
+                   }});
+    all.push_back({"unitsToShifted" + mode, Form::utf16Little, 1, 3, true,
+                   [before](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                     bool inDouble = before;
+                     return k.unitsToShifted(shiftedTarget(), inDouble, in, count, out, room);
+                   }});
+  }
+  all.push_back(
+      {"runWithout", Form::bytes, 0, 0, false, [](const Kernels& k, const uint8_t* in, size_t count, uint8_t*, size_t) {
+         return KernelRun{k.runWithout(four, in, count), 0};
+       }});
+}
+
 std::vector<Slot> makeSlots() {
   std::vector<Slot> all = {
       {"byteMap", Form::bytes, 1, 1, false,
@@ -133,6 +184,7 @@ std::vector<Slot> makeSlots() {
   addOrders("utf16ToUtf32", Form::utf16Little, 4, 1, true, pick(&Kernels::utf16ToUtf32, text));
   addOrders("utf32ToUtf8", Form::utf32Little, 1, 4, true, pick(&Kernels::utf32ToUtf8, text));
   addOrders("utf32ToUtf16", Form::utf32Little, 2, 2, true, pick(&Kernels::utf32ToUtf16, text));
+  addCodes(all);
   return all;
 }
 
@@ -141,6 +193,15 @@ std::vector<Slot> makeSlots() {
 const std::vector<Slot>& slots() {
   static const std::vector<Slot> all = makeSlots();
   return all;
+}
+
+veldnls::ShiftedSource shiftedSource() {
+  static const std::array<char16_t, 256> singles = unitTable(false);
+  return {veldnls::toUnicodeSets[shiftedSet].codes, singles.data(), 0x4040, 0xE1, 0x0E, 0x0F};
+}
+
+veldnls::ShiftedTarget shiftedTarget() {
+  return {veldnls::fromUnicodeSets[shiftedSet].codes, byteTable().data(), 0x4040, 0, 0x0E, 0x0F};
 }
 
 std::vector<KernelTier> vectorTiers() {

@@ -22,6 +22,10 @@ struct Slot {
 
 const std::vector<Slot>& slots();
 
+// An encoding with shifts, of no code page in particular.
+veldnls::ShiftedSource shiftedSource();
+veldnls::ShiftedTarget shiftedTarget();
+
 // Tiers beyond the scalar one that this processor and this build have.
 std::vector<veldnls::KernelTier> vectorTiers();
 std::string nameOf(veldnls::KernelTier tier);

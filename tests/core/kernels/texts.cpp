@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "modules/qznlsmb/tables.h"
+
 namespace test::kernels {
 
 namespace {
@@ -46,10 +48,38 @@ void appendUnit(Bytes& text, uint32_t unit, size_t size, bool big) {
   }
 }
 
+// Units that are keys of a table, one for each `others` below 0x80.
+void drawKeys(Bytes& text, Form form, const NlsPairTable& table, size_t count, unsigned others, std::mt19937& random) {
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t key = table.pairs[random() % static_cast<uint32_t>(table.count)].key;
+    if (random() % (others + 1) != 0) {
+      appendUnit(text, 0x20 + static_cast<uint32_t>(random() % 0x5F), form == Form::shiftJis ? 1 : 2, false);
+    } else {
+      appendUnit(text, key, 2, form != Form::utf16Little);
+    }
+  }
+}
+
+// Runs of up to `longest` characters of each mode, in turn.
+void drawShifted(Bytes& text, size_t count, unsigned longest, std::mt19937& random) {
+  const NlsPairTable& table = veldnls::toUnicodeSets[shiftedSet].table;
+  for (bool inDouble = false; text.size() < count; inDouble = !inDouble) {
+    for (size_t left = random() % (longest + 1); left > 0; --left) {
+      if (inDouble) {
+        appendUnit(text, table.pairs[random() % table.count].key, 2, true);
+      } else {
+        text.push_back(static_cast<uint8_t>(0x40 + random() % 0xC0));
+      }
+    }
+    text.push_back(inDouble ? 0x0F : 0x0E);
+  }
+}
+
 // Breaks about one unit in `distance`.
 void damage(Bytes& text, Form form, size_t distance, std::mt19937& random) {
   const size_t size = unitSize(form);
-  const uint32_t values8[] = {0x80, 0xBF, 0xC0, 0xC1, 0xC2, 0xE0, 0xED, 0xEF, 0xF0, 0xF3, 0xF4, 0xF5, 0xFF, 0x41};
+  const uint32_t values8[] = {0x80, 0xBF, 0xC0, 0xC1, 0xC2, 0xE0, 0xED, 0xEF,
+                              0xF0, 0xF3, 0xF4, 0xF5, 0xFF, 0x41, 0x0E, 0x0F};
   const uint32_t values[] = {0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0x41, 0x110000, 0x1FFFFF, 0x200000, 0x80000000};
   for (size_t at = random() % distance; (at + 1) * size <= text.size(); at += 1 + random() % (2 * distance)) {
     Bytes unit;
@@ -65,9 +95,12 @@ size_t unitSize(Form form) {
   switch (form) {
     case Form::bytes:
     case Form::utf8:
+    case Form::shiftJis:
+    case Form::shifted:
       return 1;
     case Form::utf16Little:
     case Form::utf16Big:
+    case Form::shiftJisPairs:
       return 2;
     default:
       return 4;
@@ -102,12 +135,30 @@ Bytes encode(Form form, const CodePoints& text) {
 std::vector<Text> textsIn(Form form, size_t units) {
   std::mt19937 random(20240229);
   std::vector<Text> texts;
-  for (const Mixture& mixture : mixtures) {
-    const Bytes plain = encode(form, draw(mixture, units, random));
-    texts.push_back({mixture.name, plain});
+  const auto add = [&](const std::string& name, const Bytes& plain) {
+    texts.push_back({name, plain});
     for (const size_t distance : {8u, 40u, 150u}) {
-      texts.push_back({std::string(mixture.name) + ", damaged by " + std::to_string(distance), plain});
+      texts.push_back({name + ", damaged by " + std::to_string(distance), plain});
       damage(texts.back().bytes, form, distance, random);
+    }
+  };
+  const bool isShiftJis = form == Form::shiftJis || form == Form::shiftJisPairs;
+  if (form == Form::shifted) {
+    for (const unsigned longest : {1u, 3u, 10u, 80u}) {
+      Bytes text;
+      drawShifted(text, units, longest, random);
+      add("runs of up to " + std::to_string(longest), text);
+    }
+  } else if (!isShiftJis) {
+    for (const Mixture& mixture : mixtures) add(mixture.name, encode(form, draw(mixture, units, random)));
+  }
+  if (isShiftJis || form == Form::utf16Little) {
+    const NlsPairTable& keys =
+        isShiftJis ? veldnls::toUnicodeSets[shiftJisSet].table : veldnls::fromUnicodeSets[shiftJisSet].table;
+    for (const unsigned others : {0u, 1u, 9u, 70u}) {
+      Bytes text;
+      drawKeys(text, form, keys, units, others, random);
+      add("one character of the set for " + std::to_string(others) + " of ASCII", text);
     }
   }
   Bytes noise(units * unitSize(form));

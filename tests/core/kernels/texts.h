@@ -12,7 +12,13 @@ namespace test::kernels {
 using Bytes = std::vector<uint8_t>;
 using CodePoints = std::vector<uint32_t>;
 
-enum class Form { bytes, utf8, utf16Little, utf16Big, utf32Little, utf32Big };
+// `shiftJis` is text of bytes below 0x80 and two-byte codes; of `shiftJisPairs`, a code is one unit. `shifted` has its
+// two-byte codes between 0E and 0F.
+enum class Form { bytes, utf8, utf16Little, utf16Big, utf32Little, utf32Big, shiftJis, shiftJisPairs, shifted };
+
+// Their numbers among the double-byte sets.
+inline constexpr int shiftJisSet = 3;
+inline constexpr int shiftedSet = 1;
 
 size_t unitSize(Form form);
 

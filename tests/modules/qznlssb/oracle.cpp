@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "modules/qznlssb/tables.h"
-#include "transcode/utf_ebcdic.h"
+#include "core/text/utf_ebcdic.h"
 
 namespace test {
 
