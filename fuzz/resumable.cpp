@@ -4,6 +4,7 @@
 // (one each), then the text.
 #include "fuzz/support/area.h"
 #include "fuzz/support/object.h"
+#include "fuzz/support/shifts.h"
 #include "veldnls/cei.h"
 #include "veldnls/nls.h"
 #include "veldnls/status.h"
@@ -13,6 +14,7 @@ namespace fuzz {
 namespace {
 
 constexpr size_t longestText = 2200;  // beyond what scratch memory on the stack holds
+constexpr size_t mostBytes = 9;       // that a byte becomes
 constexpr size_t mostCuts = 15;
 constexpr size_t longestPieceFactor = 9;
 // Every character finds room, also behind held bytes.
@@ -26,7 +28,7 @@ struct Case {
   Bytes text;
   std::vector<size_t> cuts;  // ascending places in the text
 
-  size_t plenty() const { return 6 * text.size() + 32; }
+  size_t plenty() const { return mostBytes * text.size() + 64; }
 };
 
 // What a caller has when the whole text was given.
@@ -40,7 +42,7 @@ struct Fed {
 // Gives text[at, end) until it is taken or nothing moves. Returns how far it got.
 size_t feedPiece(const Case& what, size_t at, size_t end, size_t room, TranscodeProgress& progress, Fed& fed) {
   static Area inputArea(longestText + 4096);
-  static Area outputArea(6 * longestText + 4096);
+  static Area outputArea(mostBytes * longestText + 4096);
   const Room output = outputArea.place(room, At::end);
   for (;;) {
     const Span piece = Span(what.text).subspan(at, end - at);
@@ -74,6 +76,12 @@ Fed feed(const Case& what, bool inPieces, size_t room) {
   at = feedPiece(what, at, what.text.size(), room, progress, fed);
   fed.notTaken = what.text.size() - at;
   if (progress.pending != 0) fed.held.assign(progress.held, progress.held + progress.heldCount);
+  return fed;
+}
+
+// In shifted text pieces begin and end in single-byte mode.
+Fed joined(const Case& what, Fed fed) {
+  joinSeams(fed.bytes, what.target.cei);
   return fed;
 }
 
@@ -189,9 +197,10 @@ void check(Input input) {
 
   const Fed whole = feed(what, false, what.plenty());
   checkOneShot(what, whole);
-  if (cutsAPair(what)) return;
-  requireSame(feed(what, true, what.plenty()), whole);
-  if (!mindsLittleRoom(what, whole)) requireSame(feed(what, true, room), whole);
+  if (cutsAPair(what) || hasShiftsAsCharacters(source.cei, target.cei, what.text)) return;
+  const Fed wanted = joined(what, whole);
+  requireSame(joined(what, feed(what, true, what.plenty())), wanted);
+  if (!mindsLittleRoom(what, whole)) requireSame(joined(what, feed(what, true, room)), wanted);
 }
 
 }  // namespace

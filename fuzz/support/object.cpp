@@ -15,18 +15,26 @@ constexpr CEI frequent[] = {
     U_EBCDIC1047_CE, U_ASCII_CE, U_WHEBREW_CE,   U_WARABIC_CE,   U_EBCDIC424_CE, U_ANY_CE,
 };
 constexpr uint16_t frequentBit = 0x8000;
+constexpr uint16_t multiByteBit = 0x4000;
 
 // Encoding 0 and the double-byte types are read from options, which these hosts don't have.
 bool isNamed(CEI cei) { return cei == 20 || cei >= 24; }
 
-std::vector<const EncodingDescriptor*> rowsWithoutMultiByte() {
+using Rows = std::vector<const EncodingDescriptor*>;
+
+Rows rowsOf(bool multiByte) {
   QZNLS* nls = host().nls;
-  std::vector<const EncodingDescriptor*> rows;
+  Rows rows;
   for (CEI cei = 0; cei < NLS_CEI_COUNT; ++cei) {
     const EncodingDescriptor* row = nullptr;
     require(nls->getEncodingDescriptor(nls, cei, &row) == 0, "a row of the table");
-    if (isNamed(cei) && row->encodingClass <= NLS_CLASS_UTF32) rows.push_back(row);
+    if (isNamed(cei) && (row->encodingClass > NLS_CLASS_UTF32) == multiByte) rows.push_back(row);
   }
+  return rows;
+}
+
+const Rows& multiByteRows() {
+  static const Rows rows = rowsOf(true);
   return rows;
 }
 
@@ -39,13 +47,18 @@ test::NlsHost& host() {
 }
 
 const EncodingDescriptor& chooseEncoding(Input& input) {
-  static const std::vector<const EncodingDescriptor*> rows = rowsWithoutMultiByte();
+  static const Rows rows = rowsOf(false);
   const uint16_t choice = input.word();
-  if ((choice & frequentBit) == 0) return *rows[choice % rows.size()];
+  if ((choice & frequentBit) == 0) {
+    const Rows& all = (choice & multiByteBit) != 0 ? multiByteRows() : rows;
+    return *all[choice % all.size()];
+  }
   const EncodingDescriptor* row = nullptr;
   host().nls->getEncodingDescriptor(host().nls, frequent[choice % std::size(frequent)], &row);
   return *row;
 }
+
+CEI chooseMultiByte(Input& input) { return multiByteRows()[input.word() % multiByteRows().size()]->cei; }
 
 OnTier::OnTier(unsigned choice) : before_(veldnls::kernels().tier) {
   using veldnls::KernelTier;

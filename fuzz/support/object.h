@@ -13,9 +13,11 @@ namespace fuzz {
 // An object that lives as long as the program, with its host's records.
 test::NlsHost& host();
 
-// A row of the table, chosen by two bytes: one of all single-byte pages and Unicode forms, but often a Unicode form or
-// a page of one of the kinds that have rules of their own.
+// A row of the table, chosen by two bytes: one of all single-byte pages and Unicode forms or of all multi-byte
+// encodings, but often a Unicode form or a page of one of the kinds that have rules of their own.
 const EncodingDescriptor& chooseEncoding(Input& input);
+// One of the multi-byte encodings, chosen by two bytes.
+CEI chooseMultiByte(Input& input);
 
 // True for the first half of a surrogate pair.
 inline bool isHighSurrogate(unsigned unit) { return (unit & 0xFC00) == 0xD800; }
