@@ -1,30 +1,37 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
+#include <functional>
+#include <span>
 #include <stdexcept>
 #include <vector>
 
 #include "bench/groups.h"
-#include "bench/peers.h"
-#include "bench/texts.h"
+#include "bench/material.h"
 
 namespace bench {
 
 namespace {
 
-struct PageRow {
-  const char* page;
+struct Row {
+  const char* encoding;
   std::vector<const char*> texts;
 };
 
 // One page of every script and family, with a text of its own; English besides, where most of a text is ASCII in use.
-const std::vector<PageRow> pageRows = {
+const Row pageRows[] = {
     {"wlatin1", {"de", "en"}},    {"latin2", {"pl"}},    {"pcoem850", {"fr"}}, {"wcyrillic", {"ru", "en"}},
     {"wgreek", {"el"}},           {"whebrew", {"he"}},   {"warabic", {"ar"}},  {"thai", {"th"}},
     {"ebcdic1047", {"de", "en"}}, {"ebcdic037", {"fr"}}, {"aroman", {"fr"}},
 };
 constexpr std::array pagePartners{"utf-16le", "utf-16be", "utf-8"};
+
+const Row multiRows[] = {
+    {"shift-jis", {"ja", "en"}},   {"euc-jp", {"ja", "en"}},    {"euc-kr", {"ko", "en"}},
+    {"ms-936", {"zh-hans", "en"}}, {"big5", {"zh-hant", "en"}}, {"gb18030", {"zh-hans", "en"}},
+    {"ibm-939", {"ja", "en"}},
+};
+constexpr std::array multiPartners{"utf-16le", "utf-8"};
 
 struct PairRow {
   const char* from;
@@ -39,91 +46,77 @@ constexpr PairRow bytePairs[] = {
     {"whebrew", "hebrew", "he"},     {"warabic", "arabic", "ar"},       {"thai", "pcoem874", "th"},
 };
 
+constexpr PairRow multiPairs[] = {
+    {"shift-jis", "euc-jp", "ja"},    {"euc-jp", "shift-jis", "ja"},    {"ibm-939", "shift-jis", "ja"},
+    {"shift-jis", "ibm-939", "ja"},   {"ibm-930", "euc-jp", "ja"},      {"ms-936", "gb18030", "zh-hans"},
+    {"gb18030", "ms-936", "zh-hans"}, {"big5", "ms-936", "zh-hant"},    {"euc-kr", "ibm-933", "ko"},
+    {"ibm-933", "euc-kr", "ko"},      {"ibm-935", "ms-936", "zh-hans"}, {"ibm-937", "big5", "zh-hant"},
+};
+
 constexpr std::array unicodeTexts{"en", "de", "ru", "ja", "vi", "emoji"};
 constexpr std::array utfEbcdicTexts{"en", "de", "ja"};
 constexpr std::array utfEbcdicPartners{"utf-8", "utf-16le", "utf-32le"};
 
-// Room for any piece in any encoding: 64 KB of single bytes become 256 KB of UTF-32.
-constexpr size_t roomBytes = 4 * 65536 + 64;
+struct Route {
+  const Encoding* from;
+  const Encoding* to;
+};
+
+std::string nameOf(const Route& route) { return std::string(route.from->name) + " to " + route.to->name; }
 
 class Conversions {
  public:
   Conversions(Runner& runner, const Library& library, const std::string& textFolder)
-      : runner_(runner), library_(library), textFolder_(textFolder), room_(roomBytes) {}
+      : runner_(runner), library_(library), material_(library, textFolder), room_(roomBytes) {}
 
-  void pages() {
-    for (const PageRow& row : pageRows) {
-      const Encoding& page = encoding(row.page);
+  // Both ways between the encoding of each row and each partner.
+  void withUnicode(const char* kind, std::span<const Row> rows, std::span<const char* const> partners) {
+    for (const Row& row : rows) {
+      const Encoding& own = encoding(row.encoding);
+      const std::vector<Route> routes = bothWays(own, partners);
       for (const char* name : row.texts) {
-        const Text text = restrictedTo(page, read(name));
-        for (const char* partner : pagePartners) {
-          time("page", page, encoding(partner), text);
-          time("page", encoding(partner), page, text);
-        }
+        time(kind, routes, name, [&] { return material_.restrictedTo(own, material_.read(name)); });
       }
+    }
+  }
+
+  void pairs(const char* kind, std::span<const PairRow> rows) {
+    for (const PairRow& row : rows) {
+      const Encoding& from = encoding(row.from);
+      const Encoding& to = encoding(row.to);
+      time(kind, {{&from, &to}}, row.text,
+           [&] { return material_.restrictedTo(to, material_.restrictedTo(from, material_.read(row.text))); });
     }
   }
 
   void unicode() {
     for (const char* name : unicodeTexts) {
-      const Text text = read(name);
+      const Text text = material_.read(name);
+      std::vector<Route> routes;
       for (const Encoding& from : unicodeForms()) {
         for (const Encoding& to : unicodeForms()) {
-          if (&from != &to && pairsComeOver(from, to, text)) time("unicode", from, to, text);
+          if (&from != &to && pairsComeOver(from, to, text)) routes.push_back({&from, &to});
         }
       }
-    }
-  }
-
-  void bytes() {
-    for (const PairRow& row : bytePairs) {
-      const Encoding& from = encoding(row.from);
-      const Encoding& to = encoding(row.to);
-      time("bytes", from, to, restrictedTo(to, restrictedTo(from, read(row.text))));
+      time("unicode", routes, name, [&] { return text; });
     }
   }
 
   void utfEbcdic() {
-    const Encoding& utfEbcdic = encoding("utf-e");
+    const std::vector<Route> routes = bothWays(encoding("utf-e"), utfEbcdicPartners);
     for (const char* name : utfEbcdicTexts) {
-      const Text text = read(name);
-      for (const char* partner : utfEbcdicPartners) {
-        time("utf-e", encoding(partner), utfEbcdic, text);
-        time("utf-e", utfEbcdic, encoding(partner), text);
-      }
+      time("utf-e", routes, name, [&] { return material_.read(name); });
     }
   }
 
  private:
-  Text read(const char* name) const { return readText(textFolder_, name); }
-
-  // The library first.
-  std::vector<Converter> converters(const Encoding& from, const Encoding& to) const {
-    std::vector<Converter> all{library_.converter(from, to)};
-    for (Converter& peer : icuConverters(from, to)) all.push_back(std::move(peer));
-    for (Converter& peer : iconvConverters(from, to)) all.push_back(std::move(peer));
-    return all;
-  }
-
-  // The text without what the page lacks, or what library and peers don't map alike, there and back.
-  Text restrictedTo(const Encoding& page, const Text& text) {
-    const Encoding& wide = encoding("utf-32le");
-    const std::vector<Converter> there = converters(wide, page);
-    const std::vector<Converter> back = converters(page, wide);
-    return restricted(text, [&](char32_t character) {
-      const std::u32string source(1, character);
-      std::array<uint8_t, sizeof(char32_t)> byte{};
-      std::u32string result(1, 0);
-      const Room resultRoom(reinterpret_cast<uint8_t*>(result.data()), sizeof(char32_t));
-      for (size_t i = 0; i < there.size(); ++i) {
-        std::array<uint8_t, sizeof(char32_t)> own{};
-        if (there[i].convert(asBytes(source), own) != 1) return false;
-        if (i == 0) byte = own;
-        if (own[0] != byte[0]) return false;
-        if (back[i].convert(Bytes(own).first(1), resultRoom) != sizeof(char32_t) || result != source) return false;
-      }
-      return true;
-    });
+  static std::vector<Route> bothWays(const Encoding& own, std::span<const char* const> partners) {
+    std::vector<Route> routes;
+    for (const char* name : partners) {
+      routes.push_back({&own, &encoding(name)});
+      routes.push_back({&encoding(name), &own});
+    }
+    return routes;
   }
 
   // From utf-16be, the library reads the second unit of a surrogate pair in the other byte order.
@@ -132,16 +125,23 @@ class Conversions {
     return std::none_of(text.prose.begin(), text.prose.end(), [](char32_t character) { return character > 0xFFFF; });
   }
 
-  void time(const char* kind, const Encoding& from, const Encoding& to, const Text& text) {
-    for (const Form& form : forms()) {
-      const Subject subject{kind, std::string(from.name) + " to " + to.name, text.name, form.name};
-      if (runner_.wants(subject)) timeForm(subject, from, to, text, form);
+  // The text is asked for only when one of the routes is wanted in a form.
+  void time(const char* kind, const std::vector<Route>& routes, const char* textName,
+            const std::function<Text()>& makeText) {
+    Text text;
+    for (const Route& route : routes) {
+      for (const Form& form : forms()) {
+        const Subject subject{kind, nameOf(route), textName, form.name};
+        if (!runner_.wants(subject)) continue;
+        if (text.prose.empty()) text = makeText();
+        timeForm(subject, route, text, form);
+      }
     }
   }
 
-  void timeForm(const Subject& subject, const Encoding& from, const Encoding& to, const Text& text, const Form& form) {
-    const Pieces pieces = cut(text, from, form);
-    std::vector<Converter> all = converters(from, to);
+  void timeForm(const Subject& subject, const Route& route, const Text& text, const Form& form) {
+    const Pieces pieces = material_.cut(text, *route.from, form);
+    std::vector<Converter> all = allConverters(library_, *route.from, *route.to);
     compare(subject, all, pieces);
     if (subject.kind == "bytes") all.push_back(copyOfBytes());
     Group group{subject, pieces.totalBytes(), pieces.count(), {}};
@@ -149,18 +149,6 @@ class Conversions {
       group.candidates.push_back({converter.name, [&] { converter.convertAll(pieces, room_); }});
     }
     runner_.run(group);
-  }
-
-  Pieces cut(const Text& text, const Encoding& from, const Form& form) {
-    const Converter encode = library_.converter(encoding("utf-32le"), from);
-    const bool isWide = std::string(from.name) == "utf-32le";
-    const auto next = characters(text, form.order);
-    Pieces pieces;
-    for (size_t i = 0; i < form.pieceCount; ++i) {
-      const std::u32string piece = takeCharacters(next, from, form.pieceBytes);
-      pieces.add(isWide ? asBytes(piece) : Bytes(room_).first(encode.convert(asBytes(piece), room_)));
-    }
-    return pieces;
   }
 
   void compare(const Subject& subject, const std::vector<Converter>& all, const Pieces& pieces) {
@@ -187,7 +175,7 @@ class Conversions {
 
   Runner& runner_;
   const Library& library_;
-  std::string textFolder_;
+  Material material_;
   std::vector<uint8_t> room_;
 };
 
@@ -195,9 +183,11 @@ class Conversions {
 
 void runConversions(Runner& runner, const Library& library, const std::string& textFolder) {
   Conversions conversions(runner, library, textFolder);
-  conversions.pages();
+  conversions.withUnicode("page", pageRows, pagePartners);
   conversions.unicode();
-  conversions.bytes();
+  conversions.pairs("bytes", bytePairs);
+  conversions.withUnicode("multi", multiRows, multiPartners);
+  conversions.pairs("multi-multi", multiPairs);
   conversions.utfEbcdic();
 }
 

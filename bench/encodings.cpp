@@ -32,6 +32,17 @@ constexpr Encoding otherRows[] = {
     {"ebcdic037", Shape::singleByte, "ibm-037", "IBM037"},
     {"ebcdic1047", Shape::singleByte, "ibm-1047", "IBM1047"},
     {"aroman", Shape::singleByte, "macintosh", "MACINTOSH"},
+    {"shift-jis", Shape::multiByte, "ibm-943_P15A-2003", "SHIFT_JIS"},
+    {"euc-jp", Shape::multiByte, "euc-jp-2007", "EUC-JP-MS"},
+    {"euc-kr", Shape::multiByte, "windows-949-2000", "UHC"},
+    {"ms-936", Shape::multiByte, "windows-936-2000", "CP936"},
+    {"big5", Shape::multiByte, "windows-950-2000", "BIG5"},
+    {"gb18030", Shape::multiByte, "gb18030", "GB18030"},
+    {"ibm-930", Shape::shifted, "ibm-930_P120-1999", "IBM930", true},
+    {"ibm-933", Shape::shifted, "ibm-933_P110-1995", "IBM933", true},
+    {"ibm-935", Shape::shifted, "ibm-935_P110-1999", "IBM935", true},
+    {"ibm-937", Shape::shifted, "ibm-937_P110-1999", "IBM937", true},
+    {"ibm-939", Shape::shifted, "ibm-939_P120-1999", "IBM939", true},
 };
 
 size_t utf8Size(char32_t character) {
@@ -62,6 +73,10 @@ const Encoding& encoding(const char* name) {
 
 std::span<const Encoding> unicodeForms() { return unicodeRows; }
 
+bool hasKnownSizes(const Encoding& encoding) {
+  return encoding.shape != Shape::multiByte && encoding.shape != Shape::shifted;
+}
+
 size_t encodedSize(const Encoding& encoding, char32_t character) {
   switch (encoding.shape) {
     case Shape::singleByte:
@@ -74,8 +89,11 @@ size_t encodedSize(const Encoding& encoding, char32_t character) {
       return 4;
     case Shape::utfEbcdic:
       return utfEbcdicSize(character);
+    case Shape::multiByte:
+    case Shape::shifted:
+      break;
   }
-  throw std::runtime_error("unknown shape");
+  throw std::runtime_error(std::string("sizes of ") + encoding.name + " depend on its table");
 }
 
 }  // namespace bench

@@ -6,15 +6,17 @@
 
 namespace bench {
 
-enum class Shape { singleByte, utf8, utf16, utf32, utfEbcdic };
+// `multiByte`: one to four bytes a character, without shifts; `shifted`: one or two, the latter between 0E and 0F.
+enum class Shape { singleByte, utf8, utf16, utf32, utfEbcdic, multiByte, shifted };
 
 struct Encoding {
   const char* name;  // the library's
   Shape shape;
   const char* icuName;    // null: ICU has no such converter
   const char* iconvName;  // null: iconv has none
-  // The iconv decoder keeps a character back until it is asked to finish, since a mark may follow it.
-  bool iconvHoldsBack = false;
+  // iconv writes the rest of a text only when it is asked to finish: its decoder keeps a character back, since a mark
+  // may follow it, or its encoder leaves double mode.
+  bool iconvMustFinish = false;
 };
 
 // By the library's name, which must be one of this unit's.
@@ -23,7 +25,10 @@ const Encoding& encoding(const char* name);
 // The five forms of Unicode that have peers.
 std::span<const Encoding> unicodeForms();
 
-// Bytes of a character that the encoding has.
+// Whether the sizes of the encoding's characters follow from its shape alone.
+bool hasKnownSizes(const Encoding& encoding);
+
+// Bytes of a character in an encoding whose sizes are known.
 size_t encodedSize(const Encoding& encoding, char32_t character);
 
 }  // namespace bench

@@ -8,9 +8,13 @@
 
 namespace bench {
 
-// All conversions: between pages and Unicode forms, among those, from page to page, and with utf-e. Ahead of timing,
-// every candidate's output is compared with the library's; throws if one differs.
+// All conversions: between pages and Unicode forms, among those, from page to page, the same two with multi-byte
+// encodings, and with utf-e. Ahead of timing, every candidate's output is compared with the library's; throws if one
+// differs.
 void runConversions(Runner& runner, const Library& library, const std::string& textFolder);
+
+// The test whether encoded text is well-formed.
+void runValidation(Runner& runner, const Library& library, const std::string& textFolder);
 
 // Finding an encoding by its name.
 void runNames(Runner& runner, const Library& library);

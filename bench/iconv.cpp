@@ -42,7 +42,8 @@ Converter converter(const Descriptor& held) {
 std::vector<Converter> iconvConverters(const Encoding& from, const Encoding& to) {
   if (from.iconvName == nullptr || to.iconvName == nullptr) return {};
   const Descriptor held = open(from, to);
-  return {from.iconvHoldsBack ? converter<true>(held) : converter<false>(held)};
+  const bool mustFinish = from.iconvMustFinish || to.iconvMustFinish;
+  return {mustFinish ? converter<true>(held) : converter<false>(held)};
 }
 
 }  // namespace bench

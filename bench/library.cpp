@@ -44,13 +44,23 @@ CEI Library::cei(const Encoding& encoding) const {
 }
 
 Converter Library::converter(const Encoding& from, const Encoding& to) const {
-  // Pipelines end with the object.
+  // Pipelines end with the object. One to gb18030 writes four-byte codes only if the object has had one from it.
+  if (std::string(to.name) == "gb18030") nls_->createToUtf16Pipeline(nls_, cei(to), nullptr, nullptr);
   TranscodingPipeline* pipeline = nls_->createPipeline(nls_, cei(from), cei(to), nullptr, nullptr);
   if (pipeline == nullptr) throw std::runtime_error(std::string("no pipeline from ") + from.name + " to " + to.name);
   return makeConverter("veldnls", [pipeline](Bytes input, Room output) -> size_t {
     uint32_t length = 0;
     const NlsStatus status = pipeline->transcode(pipeline, input.data(), static_cast<uint32_t>(input.size()),
                                                  output.data(), static_cast<uint32_t>(output.size()), &length, nullptr);
+    return status == 0 ? length : 0;
+  });
+}
+
+Converter Library::validator(const Encoding& encoding) const {
+  return makeConverter("veldnls", [nls = nls_, cei = cei(encoding)](Bytes input, Room) -> size_t {
+    int32_t offset = 0;
+    const auto length = static_cast<uint32_t>(input.size());
+    const NlsStatus status = nls->validateEncodedText(nls, input.data(), length, cei, nullptr, &offset);
     return status == 0 ? length : 0;
   });
 }

@@ -27,6 +27,9 @@ class Library {
   // A run of a pipeline made here, once. Converts nothing, and answers 0, when the pipeline answers any status but 0.
   Converter converter(const Encoding& from, const Encoding& to) const;
 
+  // The test of encoded text: answers the length of a valid text, otherwise 0.
+  Converter validator(const Encoding& encoding) const;
+
  private:
   CEI cei(const Encoding& encoding) const;
 

@@ -29,6 +29,7 @@ void run(const std::string& modulePath, const std::string& textFolder, const ben
   bench::Runner runner(settings);
   bench::Library library(modulePath);
   bench::runConversions(runner, library, textFolder);
+  bench::runValidation(runner, library, textFolder);
   bench::runNames(runner, library);
   bench::runPools(runner, library);
   bench::runConstruction(runner, library);

@@ -7,11 +7,16 @@ void Pieces::add(Bytes piece) {
   lengths_.push_back(piece.size());
 }
 
-std::u32string takeCharacters(const std::function<char32_t()>& next, const Encoding& encoding, size_t bytes) {
+std::u32string takeCharacters(const std::function<char32_t()>& next, const Sizes& sizes, size_t bytes) {
   std::u32string taken;
   size_t used = 0;
+  bool isDouble = false;
   for (char32_t character = next();; character = next()) {
-    used += encodedSize(encoding, character);
+    const size_t alone = sizes.alone(character);
+    const bool wasDouble = isDouble;
+    isDouble = alone > sizes.shifts;
+    // A run of double-byte characters has its shift sequences once.
+    used += wasDouble && isDouble ? alone - sizes.shifts : alone;
     if (used > bytes) return taken;
     taken.push_back(character);
   }

@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "bench/encodings.h"
-
 namespace bench {
 
 using Bytes = std::span<const uint8_t>;
@@ -36,8 +34,17 @@ class Pieces {
   std::vector<size_t> lengths_;
 };
 
-// Takes characters from `next` until the following one would exceed `bytes` bytes in `encoding`; that one is lost.
-std::u32string takeCharacters(const std::function<char32_t()>& next, const Encoding& encoding, size_t bytes);
+// Bytes of characters in an encoding.
+struct Sizes {
+  // Of a character that stands alone, shift sequences included.
+  std::function<size_t(char32_t)> alone;
+  // In a shifted encoding, what the two shift sequences take of that for a double-byte character; otherwise 0.
+  size_t shifts = 0;
+};
+
+// Takes characters from `next` until the following one would make them longer than `bytes` bytes, as a text that begins
+// and ends in single mode; that one is lost.
+std::u32string takeCharacters(const std::function<char32_t()>& next, const Sizes& sizes, size_t bytes);
 
 // The characters as UTF-32, in the byte order of this machine.
 Bytes asBytes(const std::u32string& text);

@@ -43,6 +43,16 @@ class Arithmetic(unittest.TestCase):
         field = group("bytes", "field-16", veldnls=[10], iconv=[20], memcpy=[4])
         self.assertIsNone(list(ratios.ratios_of(field, has_vbmi=True))[1].floor)
 
+    def test_floors_of_multi_byte_encodings_go_by_the_length_of_the_text(self):
+        def floors(kind):
+            return [ratios.floor_of(kind, form, "iconv", has_vbmi=False) for form in tables.FORMS]
+
+        self.assertEqual(floors("multi"), [1.0, 1.0, 1.5, 1.5, 1.0])
+        self.assertEqual(floors("multi-multi"), [2.0, 2.0, 1.5, 1.5, 1.5])
+        found = [ratios.Ratio("multi", "a to utf-8", "ja", form, "iconv", 1.2, floor)
+                 for form, floor in zip(tables.FORMS, floors("multi"))]
+        self.assertIn("| 1.00 or 1.50 | 5 | 2 |", tables.markdown_summary(found))
+
     def test_without_a_peer_there_is_no_ratio_but_a_speed(self):
         samples = group("utf-e", "looped", veldnls=[50])
         self.assertEqual(list(ratios.ratios_of(samples, has_vbmi=True)), [])
@@ -58,6 +68,8 @@ class Arithmetic(unittest.TestCase):
 
     def test_every_ratio_of_a_conversion_is_a_dot(self):
         dots = [ratios.Ratio("page", "a to utf-8", "de", "random", "iconv", value, 1.0) for value in (0.001, 1.0, 1e6)]
+        dots += [ratios.Ratio("multi", op, "ja", "random", "iconv", 1.0, 1.0) for op in ("a to utf-8", "utf-8 to a")]
+        dots.append(ratios.Ratio("multi-multi", "a to b", "ja", "random", "iconv", 1.0, 2.0))
         names = [ratios.Ratio("names", "name look-up", "names", "all", "ICU", 2.0, None)]
         root = ElementTree.fromstring(picture.draw(dots + names, "a & b"))
         circles = [element for element in root.iter() if element.tag.endswith("circle")]
@@ -90,7 +102,8 @@ class EndToEnd(unittest.TestCase):
             self.assertEqual(list(row), ["op", "text", "form", "peer", "ratio"])
             self.assertGreater(row["ratio"], 0)
         seen = {(row["op"], row["form"]) for row in rows}
-        for op in ("wlatin1 to utf-8", "utf-16be to wlatin1", "utf-8 to utf-32be", "wlatin1 to ebcdic1047"):
+        for op in ("wlatin1 to utf-8", "utf-16be to wlatin1", "utf-8 to utf-32be", "wlatin1 to ebcdic1047",
+                   "shift-jis to utf-8", "utf-16le to ibm-939", "ibm-939 to shift-jis"):
             for form in tables.FORMS:
                 self.assertIn((op, form), seen)
         self.assertIn("memcpy", {row["peer"] for row in rows})

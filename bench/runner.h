@@ -11,8 +11,8 @@
 
 namespace bench {
 
-// What a group times. `kind` gathers groups that are judged alike: page, unicode, bytes, utf-e, names, pool,
-// pool-growth, construction.
+// What a group times. `kind` gathers groups that are judged alike: page, unicode, bytes, multi, multi-multi, utf-e,
+// validate, names, pool, pool-growth, construction.
 struct Subject {
   std::string kind;
   std::string op;

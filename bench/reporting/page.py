@@ -19,6 +19,8 @@ def parts(cpu, context, ratios, speeds):
         "ratios": tables.markdown_ratios(ratios),
         "speeds": tables.markdown_speeds(speeds, unicode_ops),
         "utf-e": tables.markdown_speeds(speeds, ("utf-e",)),
+        "multi": tables.markdown_speeds(speeds, ("multi", "multi-multi")),
+        "validate": tables.markdown_speeds(speeds, ("validate",)),
         "calls": tables.markdown_calls(speeds),
     }
 

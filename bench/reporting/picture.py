@@ -32,6 +32,11 @@ def line_of(ratio):
         return ratio.op
     if ratio.kind == "bytes":
         return "page to page, beside memcpy" if ratio.peer == COPY else "page to page"
+    if ratio.kind == "multi":
+        source, target = ratio.op.split(" to ")
+        return f"multi-byte to {target}" if target in UNICODE else f"{source} to multi-byte"
+    if ratio.kind == "multi-multi":
+        return "multi-byte to multi-byte"
     return None
 
 

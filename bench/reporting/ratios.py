@@ -11,6 +11,10 @@ LIBRARY = "veldnls"
 COPY = "memcpy"
 # Forms in which a page-to-page conversion is long enough to be compared with a plain copy.
 LONG_FORMS = ("looped", "random")
+# Floors of multi-byte encodings by form: for a long text, and for fields. One of 256 bytes has the lower of both.
+SHORT_FORMS = ("field-16", "field-64")
+LONG_FLOORS = {"multi": 1.0, "multi-multi": 2.0}
+SHORT_FLOOR = 1.5
 
 
 @dataclass(frozen=True)
@@ -47,6 +51,10 @@ class Speed:
 def floor_of(kind, form, peer, has_vbmi):
     if peer == COPY:
         return 0.5 if has_vbmi and form in LONG_FORMS else None
+    if kind in LONG_FLOORS:
+        if form in SHORT_FORMS:
+            return SHORT_FLOOR
+        return LONG_FLOORS[kind] if form in LONG_FORMS else min(LONG_FLOORS[kind], SHORT_FLOOR)
     return {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "pool-growth": 1 / 3}.get(kind)
 
 

@@ -18,6 +18,9 @@ SECTIONS = (
     ("Among Unicode forms", lambda r: r.kind == "unicode"),
     ("From page to page", lambda r: r.kind == "bytes" and r.peer != COPY),
     ("From page to page, beside memcpy", lambda r: r.kind == "bytes" and r.peer == COPY),
+    ("Between multi-byte encodings and Unicode", lambda r: r.kind == "multi"),
+    ("From multi-byte to multi-byte", lambda r: r.kind == "multi-multi"),
+    ("Validation", lambda r: r.kind == "validate"),
 )
 JUDGED_CALLS = (("A pool with 8,192 live blocks beside one with 256", lambda r: r.kind == "pool-growth"),)
 OTHERS = ("names", "pool", "pool-growth")
@@ -87,8 +90,9 @@ def markdown_summary(ratios):
         if not judged:
             continue
         below = sum(ratio.below for ratio in judged)
-        rows.append([title, number(judged[0].floor), str(len(judged)), str(below), number(min(values)),
-                     number(median(values)), number(max(values))])
+        floors = " or ".join(number(floor) for floor in sorted({ratio.floor for ratio in judged}))
+        rows.append([title, floors, str(len(judged)), str(below), number(min(values)), number(median(values)),
+                     number(max(values))])
     return markdown_table(["group", "floor", "ratios", "below", "lowest", "median", "highest"], rows)
 
 
