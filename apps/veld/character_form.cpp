@@ -18,10 +18,20 @@ constexpr uint8_t singleShiftTwo = 0x8E;
 constexpr uint8_t singleShiftThree = 0x8F;
 constexpr uint8_t firstTrailOfTwo = 0x3A;  // second bytes below it belong to characters of four
 
-size_t utf8Length(uint8_t lead) {
+size_t utf8LengthByLead(uint8_t lead) {
   if (lead < 0xC0) return 1;
   if (lead < 0xE0) return 2;
-  return lead < 0xF0 ? 3 : 4;
+  if (lead < 0xF0) return 3;
+  if (lead < 0xF8) return 4;
+  return lead < 0xFC ? 5 : 6;
+}
+
+// What the library takes for one character, sound or not: a lead byte and the trail bytes behind it.
+size_t utf8Length(Bytes text) {
+  const size_t length = utf8LengthByLead(text[0]);
+  size_t present = 1;
+  while (present < length && present < text.size() && (text[present] & 0xC0) == 0x80) ++present;
+  return present == text.size() ? length : present;
 }
 
 }  // namespace
@@ -77,7 +87,7 @@ size_t CharacterForm::utf16Length(Bytes text) const {
 size_t CharacterForm::lengthAt(Bytes text, bool inDouble) const {
   switch (kind_) {
     case Kind::utf8:
-      return utf8Length(text[0]);
+      return utf8Length(text);
     case Kind::utf16:
       return utf16Length(text);
     case Kind::utf32:

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "broken_end.h"
 #include "names.h"
+#include "veldnls/cei.h"
 
 namespace veld {
 
@@ -47,6 +49,8 @@ FileConversion::FileConversion(QZNLS& nls, Conversion& conversion, Input& input,
       output_(output),
       report_(report),
       progress_(progress),
+      form_(nls, conversion.from),
+      offset_(input.offset()),
       place_(nls, conversion.from),
       seam_(rowOf(nls, conversion.to)) {}
 
@@ -67,26 +71,30 @@ void FileConversion::reportLoss(const Extent& extent, const ChainState& before, 
   ChainState atLoss = before;
   conversion_.chain.run(ahead, atLoss);
   TextPlace place = place_;
+  place.advance(Bytes(held_).first(held_.size() - static_cast<size_t>(std::max<int64_t>(-extent.start, 0))));
   place.advance(ahead);
-  Loss loss{.offset = static_cast<uint64_t>(static_cast<int64_t>(input_.offset()) + extent.start),
+  Loss loss{.offset = static_cast<uint64_t>(static_cast<int64_t>(offset_) + extent.start),
             .line = place.line(),
             .column = place.column(),
             .bytes = bytesOf(extent, before, block),
             .reason = LossReason::malformed,
             .character = std::nullopt};
   conversion_.judge.judge(loss, (atLoss[0].flags & NLS_PROGRESS_DOUBLE_MODE) != 0);
+  // The library sees a fault of utf-8 when all bytes are there that the lead byte announces, and goes on behind those
+  // that could follow it.
+  if (conversion_.from == U_UTF8_CE) {
+    loss.bytes.resize(std::min(loss.bytes.size(), form_.lengthAt(loss.bytes, false)));
+  }
   report_.addLoss(loss);
 }
 
-void FileConversion::reportCut(size_t waiting) {
-  const Bytes held = heldSource(state_);
-  std::vector<uint8_t> bytes(held.begin(), held.end());
-  bytes.insert(bytes.end(), input_.bytes().begin(), input_.bytes().end());
-  report_.addLoss({.offset = input_.offset() + input_.bytes().size() - waiting,
+// A loss of what the state holds.
+void FileConversion::reportAtHeld(Bytes bytes, LossReason reason) {
+  report_.addLoss({.offset = offset_ - held_.size(),
                    .line = place_.line(),
                    .column = place_.column(),
-                   .bytes = bytes,
-                   .reason = LossReason::cut,
+                   .bytes = {bytes.begin(), bytes.end()},
+                   .reason = reason,
                    .character = std::nullopt});
 }
 
@@ -102,22 +110,72 @@ ChainStep FileConversion::runBlock(Bytes block, OnLoss onLoss) {
   return conversion_.chain.run(onLoss == OnLoss::fail ? aheadOf(block, *loss) : block, state_);
 }
 
-bool FileConversion::run(OnLoss onLoss) {
-  const bool stops = onLoss == OnLoss::fail;
-  for (bool more = true; more;) {
-    more = input_.fill();
-    const ChainStep step = runBlock(conversion_.silent.judgeable(input_.bytes()), onLoss);
-    write(step.output);
-    place_.advance(input_.bytes().first(step.taken));
-    progress_.add(step.taken);
-    input_.take(step.taken);
-    if (lost_ && stops) break;
+// Moves the place up to what is held.
+void FileConversion::follow(Bytes taken) {
+  offset_ += taken.size();
+  const size_t held = conversion_.chain.heldBytes(state_);
+  if (held > taken.size()) {
+    held_.insert(held_.end(), taken.begin(), taken.end());
+    const size_t done = held_.size() - std::min(held, held_.size());
+    place_.advance(Bytes(held_).first(done));
+    held_.erase(held_.begin(), held_.begin() + static_cast<ptrdiff_t>(done));
+    return;
   }
-  const size_t waiting = conversion_.chain.heldBytes(state_) + input_.bytes().size();
-  const bool cut = waiting > 0 && !(lost_ && stops);
-  if (cut) reportCut(waiting);
+  place_.advance(held_);
+  place_.advance(taken.first(taken.size() - held));
+  const Bytes last = taken.last(held);
+  held_.assign(last.begin(), last.end());
+}
+
+// Returns how many bytes of the block are done or held.
+size_t FileConversion::convertBlock(Bytes block, OnLoss onLoss) {
+  const ChainStep step = runBlock(conversion_.silent.judgeable(block), onLoss);
+  write(step.output);
+  follow(block.first(step.taken));
+  return step.taken;
+}
+
+// What is left at the end of the file is malformed, where no character begins so, or cut. Returns false when that stops
+// the conversion.
+bool FileConversion::convertEnd(OnLoss onLoss) {
+  std::vector<uint8_t> rest(input_.bytes().begin(), input_.bytes().end());
+  input_.take(rest.size());
+  for (;;) {
+    std::vector<uint8_t> waiting = held_;
+    waiting.insert(waiting.end(), rest.begin(), rest.end());
+    if (waiting.empty()) return true;
+    const size_t broken = brokenStart(form_, waiting);
+    if (broken == 0) {
+      reportAtHeld(waiting, LossReason::cut);
+      return onLoss != OnLoss::fail;
+    }
+    if (!lost_) reportAtHeld(Bytes(waiting).first(broken), LossReason::malformed);
+    lost_ = true;
+    if (onLoss == OnLoss::fail) return false;
+    state_[0].pending = 0;
+    state_[0].heldCount = 0;
+    write(conversion_.chain.run(brokenSubstitute(form_), state_).output);
+    place_.advanceOverFault();
+    offset_ = offset_ - held_.size() + broken;
+    held_.clear();
+    rest.assign(waiting.begin() + static_cast<ptrdiff_t>(broken), waiting.end());
+    const size_t taken = convertBlock(rest, onLoss);
+    rest.erase(rest.begin(), rest.begin() + static_cast<ptrdiff_t>(taken));
+  }
+}
+
+bool FileConversion::run(OnLoss onLoss) {
+  bool goOn = true;
+  for (bool more = true; more && goOn;) {
+    more = input_.fill();
+    const size_t taken = convertBlock(input_.bytes(), onLoss);
+    progress_.add(taken);
+    input_.take(taken);
+    goOn = !(lost_ && onLoss == OnLoss::fail);
+  }
+  goOn = goOn && convertEnd(onLoss);
   written_ += seam_.finish(output_);
-  return !stops || !(lost_ || cut);
+  return goOn;
 }
 
 }  // namespace veld

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "chain.h"
 #include "convert_report.h"
@@ -39,8 +40,11 @@ class FileConversion {
  private:
   std::optional<Extent> findLoss(const ChainState& before, Bytes block, const ChainStep& step) const;
   void reportLoss(const Extent& extent, const ChainState& before, Bytes block);
-  void reportCut(size_t waiting);
+  void reportAtHeld(Bytes bytes, LossReason reason);
   ChainStep runBlock(Bytes block, OnLoss onLoss);
+  size_t convertBlock(Bytes block, OnLoss onLoss);
+  void follow(Bytes taken);
+  bool convertEnd(OnLoss onLoss);
   void write(Bytes piece);
 
   Conversion& conversion_;
@@ -48,8 +52,11 @@ class FileConversion {
   Output& output_;
   ConvertReport& report_;
   Progress& progress_;
+  CharacterForm form_;
   ChainState state_{};
-  TextPlace place_;  // where the text is not yet run
+  uint64_t offset_;            // of the text that is not yet run
+  std::vector<uint8_t> held_;  // bytes ahead of that which the state holds
+  TextPlace place_;            // of the first of these
   Seam seam_;
   uint64_t written_ = 0;
   bool lost_ = false;

@@ -4,6 +4,7 @@
 #include "core/kernels/pace.h"
 #include "core/registry.h"
 #include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsmb/short_source.h"
 #include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/source_run.h"
 #include "modules/qznlsmb/source_tables.h"
@@ -28,19 +29,58 @@ struct OfGb18030 {
   }
 };
 
-// The inner loops of rows. Those of text without modes read ASCII below 0x80.
-template <SourceLoop* loop, bool modes>
-struct InnerLoop {
-  static constexpr SourceLoop* run = loop;
-  static constexpr bool hasModes = modes;
+// The inner loops of rows. Those of text without modes read ASCII below 0x80. `few` is for short texts.
+struct NoLoop {
+  static constexpr bool hasModes = true;
 };
 
-using NoLoop = InnerLoop<nullptr, true>;
-using LeadByteLoop = InnerLoop<plainLeadBytes, false>;
-using HighBitLoop = InnerLoop<plainHighBits, false>;
-using ShiftedLoop = InnerLoop<plainShifted, true>;
-using Iso2022Loop = InnerLoop<plainIso2022, true>;
-using Gb18030Loop = InnerLoop<plainGb18030, false>;
+struct LeadByteLoop {
+  static constexpr bool hasModes = false;
+  static constexpr SourceLoop* run = plainLeadBytes;
+  template <class Form>
+  static KernelRun few(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
+                       uint8_t* out) {
+    return shortLeadBytes<Form>(side, leadsOf(*side.sourceProfile), in, count, out);
+  }
+};
+
+struct HighBitLoop {
+  static constexpr bool hasModes = false;
+  static constexpr SourceLoop* run = plainHighBits;
+  template <class Form>
+  static KernelRun few(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
+                       uint8_t* out) {
+    return shortLeadBytes<Form>(side, highBitLeads, in, count, out);
+  }
+};
+
+struct ShiftedLoop {
+  static constexpr bool hasModes = true;
+  static constexpr SourceLoop* run = plainShifted;
+  template <class Form>
+  static KernelRun few(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count, uint8_t* out) {
+    return shortShifted<Form>(side, inDouble, in, count, out);
+  }
+};
+
+struct Iso2022Loop {
+  static constexpr bool hasModes = true;
+  static constexpr SourceLoop* run = plainIso2022;
+};
+
+struct Gb18030Loop {
+  static constexpr bool hasModes = false;
+  static constexpr SourceLoop* run = plainGb18030;
+  template <class Form>
+  static KernelRun few(const PipelineSide& /*side*/, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
+                       uint8_t* out) {
+    return shortGb18030<Form>(in, count, out);
+  }
+};
+
+// The forms that short texts have loops of their own for.
+template <class Form>
+constexpr bool hasShortLoop = std::is_same_v<Form, Utf16Output> || std::is_same_v<Form, Utf8Output>;
 
 // Lets the inner loop take what it can off the front of a text, and returns how many bytes it read and wrote. Forms
 // other than UTF-16 have the units on the stack first, a few to begin with, for the loop may not get far.
@@ -58,8 +98,9 @@ KernelRun skip(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, 
     KernelRun sum{0, 0};
     const auto add = [&sum](const KernelRun& taken) { sum = {sum.read + taken.read, sum.written + taken.written}; };
     for (size_t size = 64;; size = mostUnits) {
-      if (!Loop::hasModes)
+      if constexpr (!Loop::hasModes) {
         add(Form::writeAscii(in + sum.read, count - sum.read, out + sum.written, room - sum.written));
+      }
       const size_t fitting = std::min(size, (room - sum.written) / Form::most);
       const KernelRun taken = Loop::run(side, inDouble, in + sum.read, count - sum.read, units, fitting);
       const size_t written = Form::writeUnits(units, taken.written, out + sum.written, room - sum.written);
@@ -67,6 +108,19 @@ KernelRun skip(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, 
       if (taken.written < size) return sum;
     }
   }
+}
+
+// What the inner loops take off the front of a whole text.
+template <class Form, class Loop>
+inline KernelRun front(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                       size_t room) {
+  if constexpr (hasShortLoop<Form> && requires { Loop::template few<Form>(side, inDouble, in, count, out); }) {
+    if (count < shortText && room >= Form::most * count) {
+      if (side.overlay != nullptr) return {0, 0};
+      return Loop::template few<Form>(side, inDouble, in, count, out);
+    }
+  }
+  return skip<Form, Loop>(side, inDouble, in, count, out, room);
 }
 
 // The stage for what the inner loop has left over, and whatever follows.
@@ -105,7 +159,7 @@ NlsStatus stage(CodePageModule* module, PipelineSide* side, const void* input, u
   NlsBool8 inDouble = SourceRun::modeOf(progress);
   auto* out = static_cast<uint8_t*>(output);
   const KernelRun taken =
-      skip<Form, Loop>(*side, inDouble, static_cast<const uint8_t*>(input), inputLength, out, outputSize);
+      front<Form, Loop>(*side, inDouble, static_cast<const uint8_t*>(input), inputLength, out, outputSize);
   // Most texts end here.
   if (taken.read == inputLength) {
     if (outputLength != nullptr) *outputLength = static_cast<uint32_t>(taken.written);

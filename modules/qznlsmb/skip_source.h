@@ -9,6 +9,9 @@
 
 namespace veldnls {
 
+// In so few bytes a kernel doesn't pay.
+inline constexpr size_t shortText = 24;
+
 // Takes `count` bytes and room for `room` units, and returns how many bytes were read and how many units written.
 // `inDouble` is the mode of text with shifts, before and after. The row is one that `hasInnerLoop`.
 using SourceLoop = KernelRun(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count,

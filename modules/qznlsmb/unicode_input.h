@@ -39,6 +39,8 @@ inline constexpr UnicodeCharacter incompleteCharacter{0, 0, false};
 
 template <std::endian order>
 struct Utf16Input {
+  static constexpr size_t unitBytes = utf16UnitBytes;
+
   // A low surrogate that stands alone is taken as it is.
   static UnicodeCharacter read(const uint8_t* at, size_t left) {
     if (left < 2) return incompleteCharacter;
@@ -58,6 +60,19 @@ struct Utf16Input {
       kernels().swap16(at, units, count);
     }
     return {utf16UnitBytes * count, count};
+  }
+
+  // The length of a unit. A surrogate has no code, which ends a run.
+  static size_t plain(const uint8_t* at, const uint8_t* /*end*/, uint32_t& unit) {
+    unit = load16<order>(at);
+    return utf16UnitBytes;
+  }
+
+  // Writes four characters below 0x80 as bytes and returns how many, or 0 if others are among them.
+  static size_t writeAsciiBlock(uint8_t* out, uint64_t block) {
+    if ((block & nonAsciiUnits) != 0) return 0;
+    narrowBlock(out, block);
+    return sizeof block / utf16UnitBytes;
   }
 
   static KernelRun narrowAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
@@ -97,6 +112,8 @@ struct Utf32Input {
 };
 
 struct Utf8Input {
+  static constexpr size_t unitBytes = 1;
+
   static UnicodeCharacter read(const uint8_t* at, size_t left) {
     if (left <= utf8TrailCount[*at]) return incompleteCharacter;
     const Utf8Sequence sequence = readUtf8(at, left);
@@ -104,35 +121,31 @@ struct Utf8Input {
     return {sequence.value, sequence.length, false};
   }
 
-  // A kernel doesn't pay for few characters.
   static KernelRun toUtf16(const uint8_t* at, size_t left, uint8_t* units, size_t room) {
-    return left < 48 ? toUtf16One(at, left, units, room) : kernels().utf8ToUtf16(at, left, units, room);
+    return kernels().utf8ToUtf16(at, left, units, room);
   }
 
-  // Characters of plane 0, one by one.
-  static KernelRun toUtf16One(const uint8_t* const text, size_t left, uint8_t* const units, size_t room) {
-    const uint8_t* at = text;
-    uint8_t* out = units;
-    for (const uint8_t* end = text + left; at != end && room != 0; --room) {
-      const uint32_t lead = at[0];
-      uint32_t unit = lead;
-      ptrdiff_t length = 1;
-      if (lead >= 0x80) {
-        length = lead >= 0xE0 ? 3 : 2;
-        if (end - at < length) break;
-        if (length == 3) {
-          unit = (lead & 0xF) << 12 | (at[1] & 0x3Fu) << 6 | (at[2] & 0x3Fu);
-          if (lead >= 0xF0 || !isUtf8Trail(at[1]) || !isUtf8Trail(at[2]) || unit < 0x800 || isSurrogate(unit)) break;
-        } else {
-          unit = (lead & 0x1F) << 6 | (at[1] & 0x3Fu);
-          if (lead < 0xC2 || !isUtf8Trail(at[1])) break;
-        }
-      }
-      store16(out, unit);
-      out += utf16UnitBytes;
-      at += length;
+  // The length of the valid character of plane 0 at the front, whose value it writes; 0: there is another there.
+  static size_t plain(const uint8_t* at, const uint8_t* end, uint32_t& unit) {
+    const uint32_t lead = at[0];
+    unit = lead;
+    if (lead < 0x80) return 1;
+    if (lead >= 0xE0) {
+      if (end - at < 3) return 0;
+      unit = (lead & 0xF) << 12 | (at[1] & 0x3Fu) << 6 | (at[2] & 0x3Fu);
+      const bool valid = lead < 0xF0 && isUtf8Trail(at[1]) && isUtf8Trail(at[2]);
+      return valid && unit >= 0x800 && !isSurrogate(unit) ? 3 : 0;
     }
-    return {static_cast<size_t>(at - text), static_cast<size_t>(out - units) / utf16UnitBytes};
+    if (end - at < 2) return 0;
+    unit = (lead & 0x1F) << 6 | (at[1] & 0x3Fu);
+    return lead >= 0xC2 && isUtf8Trail(at[1]) ? 2 : 0;
+  }
+
+  // Writes eight characters below 0x80 and returns their size, or 0 if others are among them.
+  static size_t writeAsciiBlock(uint8_t* out, uint64_t block) {
+    if ((block & UINT64_C(0x8080808080808080)) != 0) return 0;
+    std::memcpy(out, &block, sizeof block);
+    return sizeof block;
   }
 
   static KernelRun narrowAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {

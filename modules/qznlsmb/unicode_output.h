@@ -26,6 +26,17 @@ struct Utf16Output {
 
   static size_t size(uint32_t /*value*/) { return 2; }
   static void write(uint8_t* at, uint32_t value, size_t /*size*/) { store16(at, value); }
+  static size_t writeAsciiBlock(uint8_t* at, uint64_t block) {
+    spread(at, static_cast<uint32_t>(block));
+    spread(at + sizeof block, block >> 32);
+    return 2 * sizeof block;
+  }
+  // Four bytes as four units.
+  static void spread(uint8_t* at, uint64_t bytes) {
+    bytes = (bytes | bytes << 16) & UINT64_C(0x0000FFFF0000FFFF);
+    bytes = (bytes | bytes << 8) & UINT64_C(0x00FF00FF00FF00FF);
+    std::memcpy(at, &bytes, sizeof bytes);
+  }
   static void swap(uint8_t* text, size_t length) { swapUnits16(text, text, length); }
 };
 
@@ -74,6 +85,10 @@ struct Utf8Output {
   static KernelRun writeAscii(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
     const size_t ascii = copyAscii(in, out, std::min(count, room));
     return {ascii, ascii};
+  }
+  static size_t writeAsciiBlock(uint8_t* at, uint64_t block) {
+    std::memcpy(at, &block, sizeof block);
+    return sizeof block;
   }
   static void swap(uint8_t* /*text*/, size_t /*length*/) {}
 };

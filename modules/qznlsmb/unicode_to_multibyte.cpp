@@ -5,6 +5,7 @@
 #include "core/registry.h"
 #include "modules/qznlsgb/qznlsgb.h"
 #include "modules/qznlsmb/iso2022_target.h"
+#include "modules/qznlsmb/short_target.h"
 #include "modules/qznlsmb/skip_target.h"
 #include "modules/qznlsmb/stages.h"
 #include "modules/qznlsmb/target_run.h"
@@ -38,17 +39,42 @@ struct ToGb18030 {
   }
 };
 
-// The inner loops of targets, and whether they write ASCII as it is.
-template <TargetLoop* loop, bool ascii>
-struct InnerLoop {
-  static constexpr TargetLoop* run = loop;
-  static constexpr bool writesAscii = ascii;
+// The inner loops of targets, and whether they write ASCII as it is. `few` is for short texts, of which a byte takes
+// `mostRoom` bytes at most.
+struct NoLoop {};
+
+struct PairLoop {
+  static constexpr bool writesAscii = true;
+  static constexpr size_t mostRoom = 1;
+  static constexpr TargetLoop* run = plainToPairs;
+  template <class Form>
+  static KernelRun few(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* out) {
+    return shortToPairs<Form>(side, in, count, out);
+  }
 };
 
-using NoLoop = InnerLoop<nullptr, false>;
-using PairLoop = InnerLoop<plainToPairs, true>;
-using ModeLoop = InnerLoop<plainToModes, false>;
-using Gb18030Loop = InnerLoop<plainToGb18030, true>;
+struct ModeLoop {
+  static constexpr bool writesAscii = false;
+  static constexpr TargetLoop* run = plainToModes;
+};
+
+struct Gb18030Loop {
+  static constexpr bool writesAscii = true;
+  static constexpr size_t mostRoom = 2;
+  static constexpr TargetLoop* run = plainToGb18030;
+  template <class Form>
+  static KernelRun few(const PipelineSide& /*side*/, const uint8_t* in, size_t count, uint8_t* out) {
+    return shortToGb18030<Form>(in, count, out);
+  }
+};
+
+using LittleUtf16 = Utf16Input<std::endian::little>;
+
+// In so few bytes kernels don't pay, by form; 0: it has no loop of its own for them.
+template <class Form>
+constexpr size_t shortText = std::is_same_v<Form, LittleUtf16> ? 32
+                             : std::is_same_v<Form, Utf8Input> ? 48
+                                                               : 0;
 
 // Lets the inner loop take what it can off the front of a text, and returns how many bytes it read and wrote. Of forms
 // other than UTF-16 the units are made on the stack first, a few to begin with, for the loop may not get far.
@@ -56,7 +82,7 @@ template <class Form, class Loop>
 KernelRun skip(const PipelineSide& side, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
   if constexpr (std::is_same_v<Loop, NoLoop>) {
     return {0, 0};
-  } else if constexpr (std::is_same_v<Form, Utf16Input<std::endian::little>>) {
+  } else if constexpr (std::is_same_v<Form, LittleUtf16>) {
     const KernelRun taken = Loop::run(side, inDouble, in, count / utf16UnitBytes, out, room);
     return {utf16UnitBytes * taken.read, taken.written};
   } else {
@@ -78,6 +104,19 @@ KernelRun skip(const PipelineSide& side, bool& inDouble, const uint8_t* in, size
     }
     return sum;
   }
+}
+
+// What the inner loops take off the front of a whole text.
+template <class Form, class Loop>
+inline KernelRun front(const PipelineSide& side, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                       size_t room) {
+  if constexpr (shortText<Form> != 0 && requires { Loop::mostRoom; }) {
+    if (count < shortText<Form> && room >= Loop::mostRoom * count && count % Form::unitBytes == 0) {
+      if (side.overlay != nullptr) return {0, 0};
+      return Loop::template few<Form>(side, in, count, out);
+    }
+  }
+  return skip<Form, Loop>(side, inDouble, in, count, out, room);
 }
 
 // The stage for what the inner loop has left over, and whatever follows.
@@ -109,8 +148,8 @@ inline NlsStatus runStage(CodePageModule* module, PipelineSide* side, const void
                           void* output, uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
                           const TranscodeOptions* options) {
   bool inDouble = false;
-  const KernelRun taken = skip<Form, Loop>(*side, inDouble, static_cast<const uint8_t*>(input), inputLength,
-                                           static_cast<uint8_t*>(output), outputSize);
+  const KernelRun taken = front<Form, Loop>(*side, inDouble, static_cast<const uint8_t*>(input), inputLength,
+                                            static_cast<uint8_t*>(output), outputSize);
   // Most texts end here.
   if (taken.read == inputLength && !inDouble) {
     if (outputLength != nullptr) *outputLength = static_cast<uint32_t>(taken.written);
