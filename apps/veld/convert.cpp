@@ -96,6 +96,7 @@ int convert(QZNLS& nls, const ConvertArguments& arguments) {
   const std::vector<std::string> files = arguments.files.empty() ? std::vector<std::string>{"-"} : arguments.files;
   Run run(nls, arguments, files);
   Output output(arguments.output);
+  output.refuseInputs(files);
   return run.convertFiles(files, output);
 }
 

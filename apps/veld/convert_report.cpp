@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "json_report.h"
 #include "names.h"
@@ -79,15 +80,16 @@ void ConvertReport::addLoss(const Loss& loss) {
 }
 
 void ConvertReport::end(uint64_t bytesRead, uint64_t bytesWritten, bool stopped) {
+  const File file = std::exchange(file_, {});
   if (format_ != ReportFormat::json) return;
   Json losses = Json::array();
-  for (const Loss& loss : file_.losses) losses.push_back(describe(loss));
-  Json object{{"file", file_.name},
-              {"from", displayName(nls_, file_.from)},
+  for (const Loss& loss : file.losses) losses.push_back(describe(loss));
+  Json object{{"file", file.name},
+              {"from", displayName(nls_, file.from)},
               {"to", displayName(nls_, to_)},
-              {"result", stopped                ? "stopped"
-                         : file_.losses.empty() ? "whole"
-                                                : "loss"},
+              {"result", stopped               ? "stopped"
+                         : file.losses.empty() ? "whole"
+                                               : "loss"},
               {"read", bytesRead},
               {"written", bytesWritten},
               {"losses", losses}};
@@ -97,7 +99,7 @@ void ConvertReport::end(uint64_t bytesRead, uint64_t bytesWritten, bool stopped)
 }
 
 bool ConvertReport::tellFailure(const std::string& sentence) {
-  if (format_ != ReportFormat::json) return false;
+  if (format_ != ReportFormat::json || file_.name.empty()) return false;
   progress_.clear();
   std::cerr << toLine(Json{{"file", file_.name}, {"result", "failed"}, {"error", sentence}});
   return true;

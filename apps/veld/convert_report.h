@@ -31,7 +31,7 @@ class ConvertReport {
 
  private:
   struct File {
-    std::string name;
+    std::string name = {};  // empty between two files
     CEI from = 0;
     std::vector<Loss> losses = {};
   };

@@ -16,7 +16,7 @@ class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The failure of a system call on a file, with the system's own words.
-Failure systemFailure(const std::string& file, const std::string& action, int error);
+// The failure of a system call on a file, with the system's own words, and the cure.
+Failure systemFailure(const std::string& file, const std::string& action, int error, const std::string& cure);
 
 }  // namespace veld

@@ -56,6 +56,7 @@ size_t FaultFinder::look(Bytes block, uint64_t offset, bool more, const Tell& te
     place_.advance(block.subspan(done, sound - done));
     if (more && block.size() - sound < lookAhead) return sound - place_.dropOpen();
     if (!found) return sound;
+    place_.closeOpen();
     const Bytes shown = block.subspan(sound, std::min(bytesShown, block.size() - sound));
     const bool goOn = tell({offset + sound, place_.line(), place_.column(), {shown.begin(), shown.end()}});
     place_.advanceOverFault();

@@ -16,7 +16,7 @@ Input::Input(const std::string& path)
     : name_(inputName(path)),
       file_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
       buffer_(blockSize) {
-  if (file_ < 0) throw systemFailure(name_, "can't be opened for reading", errno);
+  if (file_ < 0) throw systemFailure(name_, "can't be opened for reading", errno, "check its name and who may read it");
 }
 
 Input::~Input() {
@@ -32,7 +32,7 @@ bool Input::fill() {
   do {
     count = read(file_, buffer_.data() + end_, buffer_.size() - end_);
   } while (count < 0 && errno == EINTR);
-  if (count < 0) throw systemFailure(name_, "can't be read", errno);
+  if (count < 0) throw systemFailure(name_, "can't be read", errno, "name a file that can be read");
   end_ += static_cast<size_t>(count);
   return count > 0;
 }

@@ -1,7 +1,9 @@
 // The command line of veld.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
 
 #include "convert.h"
 #include "diff.h"
@@ -32,6 +34,8 @@ What the library doesn't report, this program adds:
   - So do single bytes of a multi-byte FROM that have no meaning there, an ESC or another byte that begins a shift
     sequence which isn't one, and characters, as controls or small letters, that a multi-byte TO reads as others.
   - Bytes from 80 on count as substituted when TO us-ascii takes the text as it is.
+  - Best fits of the library's tables and codes that a table writes but doesn't read don't count: half-width katakana to
+    fujitsu-jp, hitachi-jp, hitquo-jp, nec-jp and dec-jp, and some symbols to iso2022jp, are written all the same.
   - Unpaired surrogates and values beyond U+10FFFF count as malformed in every Unicode form.
   - Characters of plane 16 count as substituted from utf-8 to utf-8, utf-16 and utf-e, and all beyond U+FFFF to gb18030.
   - FROM utf-16be, plain to open EBCDIC pages (as ebcdic1047 to open_ed-1047), single to multi-byte encodings and back,
@@ -86,10 +90,11 @@ void addFiles(CLI::App& command, std::vector<std::string>& files) {
 }
 
 void addReport(CLI::App& command, veld::ReportFormat& report, veld::Progress::When& progress) {
-  const std::map<std::string, veld::ReportFormat> formats{{"text", veld::ReportFormat::text},
-                                                          {"json", veld::ReportFormat::json}};
-  command.add_option("--report", report, "How to tell of each file")
-      ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case).description("{text,json}"))
+  const auto set = [&report](const std::string& word) {
+    report = word == "json" ? veld::ReportFormat::json : veld::ReportFormat::text;
+  };
+  command.add_option_function<std::string>("--report", set, "How to tell of each file")
+      ->transform(CLI::IsMember({"text", "json"}, CLI::ignore_case))
       ->default_str("text");
   CLI::Option* on = command.add_flag_callback(
       "--progress", [&progress] { progress = veld::Progress::When::always; },
@@ -105,10 +110,11 @@ void addConvert(CLI::App& app, veld::ConvertArguments& arguments) {
   command->add_option("-t,--to", arguments.to, "Encoding wanted")->required()->type_name("TO");
   command->add_option("-o,--output", arguments.output, "File to write, replaced only when done; else standard output")
       ->type_name("OUT");
-  const std::map<std::string, veld::OnLoss> ways{{"substitute", veld::OnLoss::substitute},
-                                                 {"fail", veld::OnLoss::fail}};
-  command->add_option("--on-loss", arguments.onLoss, "What to do when a character doesn't come over")
-      ->transform(CLI::CheckedTransformer(ways, CLI::ignore_case).description("{substitute,fail}"))
+  const auto setOnLoss = [&arguments](const std::string& word) {
+    arguments.onLoss = word == "fail" ? veld::OnLoss::fail : veld::OnLoss::substitute;
+  };
+  command->add_option_function<std::string>("--on-loss", setOnLoss, "What to do when a character doesn't come over")
+      ->transform(CLI::IsMember({"substitute", "fail"}, CLI::ignore_case))
       ->default_str("substitute");
   addReport(*command, arguments.report, arguments.progress);
   addFiles(*command, arguments.files);
@@ -193,16 +199,45 @@ int run(const CLI::App& app, const CommandLine& line) {
   return veld::exitWhole;
 }
 
+// A file that is opened later must not take the place of a closed standard one, as messages would go into it. Reading
+// and writing there fail as they would without this, but for messages.
+void fillClosedFiles() {
+  const int modes[] = {O_WRONLY, O_RDONLY, O_WRONLY};
+  for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+    if (fcntl(file, F_GETFD) < 0) open("/dev/null", modes[file]);
+  }
+}
+
+// Ends a run that the command line ends.
+int leave(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() != 0) {
+    const std::vector<std::string> unknown = app.remaining();
+    if (app.get_subcommands().empty() && !unknown.empty()) {
+      std::cerr << "veld: \"" << unknown.front()
+                << "\" is no command or option; the commands are convert, validate, diff, encodings and info (\"veld "
+                   "--help\" tells more)\n";
+    } else {
+      app.exit(error);
+    }
+    return veld::exitNotDone;
+  }
+  app.exit(error);
+  if (std::cout.flush()) return veld::exitWhole;
+  std::cerr << "veld: standard output can't be written; is its device full?\n";
+  return veld::exitNotDone;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  fillClosedFiles();
   CLI::App app("veld: text between encodings, by the veldnls library", "veld");
   CommandLine line;
   describe(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? veld::exitWhole : veld::exitNotDone;
+    return leave(app, error);
   }
 
   try {

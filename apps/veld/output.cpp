@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "doomed_file.h"
 #include "failure.h"
+#include "input.h"
 
 namespace veld {
 
@@ -17,6 +19,8 @@ namespace {
 
 constexpr mode_t permissionBits = 07777;
 constexpr mode_t newFileMode = 0666;
+constexpr int mostLinks = 40;
+constexpr const char* roomCure = "make room on its device, or choose another output";
 
 // The mode of the file that is replaced, or what a new file gets here.
 mode_t modeFor(const std::string& path) {
@@ -32,10 +36,16 @@ bool isPlainOrNew(const std::string& path) {
   return stat(path.c_str(), &facts) != 0 || S_ISREG(facts.st_mode);
 }
 
+// The last of them may lead to a file that is yet to be made.
 std::string followLinks(const std::string& path) {
   std::error_code error;
-  const std::filesystem::path place = std::filesystem::weakly_canonical(path, error);
-  return error ? path : place.string();
+  std::filesystem::path place = path;
+  for (int links = 0; std::filesystem::is_symlink(place, error); ++links) {
+    if (links == mostLinks) throw systemFailure(path, "can't be followed", ELOOP, "choose another output");
+    place = place.parent_path() / std::filesystem::read_symlink(place, error);
+  }
+  const std::filesystem::path canonical = std::filesystem::weakly_canonical(place, error);
+  return error ? place.string() : canonical.string();
 }
 
 }  // namespace
@@ -47,7 +57,7 @@ Output::Output(const std::string& path) : path_("standard output"), file_(STDOUT
     openBeside();
   } else {
     file_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-    if (file_ < 0) throw systemFailure(path_, "can't be opened for writing", errno);
+    if (file_ < 0) throw systemFailure(path_, "can't be opened for writing", errno, "choose another output");
   }
 }
 
@@ -56,14 +66,30 @@ void Output::openBeside() {
   file_ = mkostemp(temporary_.data(), O_CLOEXEC);
   if (file_ < 0) {
     temporary_.clear();
-    throw systemFailure(path_, "no file can be made beside it", errno);
+    throw systemFailure(path_, "no file can be made beside it", errno,
+                        "choose an output in a folder that you may write");
   }
+  removeAtSignals(temporary_.c_str());
   fchmod(file_, modeFor(path_));
 }
 
 Output::~Output() {
   if (file_ > STDOUT_FILENO) close(file_);
-  if (!temporary_.empty()) unlink(temporary_.c_str());
+  if (temporary_.empty()) return;
+  unlink(temporary_.c_str());
+  removeAtSignals(nullptr);
+}
+
+void Output::refuseInputs(const std::vector<std::string>& files) const {
+  struct stat output;
+  if (!temporary_.empty() || fstat(file_, &output) != 0 || !S_ISREG(output.st_mode)) return;
+  for (const std::string& file : files) {
+    struct stat input;
+    const int result = file == "-" ? fstat(STDIN_FILENO, &input) : stat(file.c_str(), &input);
+    if (result == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino) {
+      throw Failure(inputName(file) + " is the output too; write to another file, or name it with -o");
+    }
+  }
 }
 
 void Output::write(Bytes bytes) {
@@ -72,7 +98,7 @@ void Output::write(Bytes bytes) {
     if (count >= 0) {
       bytes = bytes.subspan(static_cast<size_t>(count));
     } else if (errno != EINTR) {
-      throw systemFailure(path_, "can't be written", errno);
+      throw systemFailure(path_, "can't be written", errno, roomCure);
     }
   }
 }
@@ -80,9 +106,11 @@ void Output::write(Bytes bytes) {
 void Output::commit() {
   const int file = file_;
   file_ = -1;
-  if (close(file) != 0) throw systemFailure(path_, "can't be written", errno);
+  if (close(file) != 0) throw systemFailure(path_, "can't be written", errno, roomCure);
   if (temporary_.empty()) return;
-  if (std::rename(temporary_.c_str(), path_.c_str()) != 0) throw systemFailure(path_, "can't be replaced", errno);
+  if (std::rename(temporary_.c_str(), path_.c_str()) != 0)
+    throw systemFailure(path_, "can't be replaced", errno, "choose another output");
+  removeAtSignals(nullptr);
   temporary_.clear();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "pipeline.h"
 
@@ -18,6 +19,8 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
+  // Throws Failure when text goes directly to a plain file that is one of the inputs, and would be read again.
+  void refuseInputs(const std::vector<std::string>& files) const;
   // Throws Failure.
   void write(Bytes bytes);
   // Puts the file in its place. Throws Failure.

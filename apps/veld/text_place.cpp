@@ -70,6 +70,11 @@ void TextPlace::advanceOverFault() {
   ++column_;
 }
 
+void TextPlace::closeOpen() {
+  column_ += open_.size() / (inDouble_ ? 2 : 1);
+  open_.clear();
+}
+
 size_t TextPlace::dropOpen() {
   const size_t count = open_.size();
   open_.clear();

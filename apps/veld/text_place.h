@@ -18,6 +18,8 @@ class TextPlace {
   void advance(Bytes text);
   // Goes on over bytes that are no character, open ones among them: one column.
   void advanceOverFault();
+  // Counts the open bytes, of a shift sequence that was only begun, as characters.
+  void closeOpen();
   // Forgets the open bytes, which will come again, and returns their number.
   size_t dropOpen();
 

@@ -43,7 +43,8 @@ void ValidateReport::end(uint64_t bytes, bool wholeFile) {
   progress_.clear();
   if (format_ == ReportFormat::json) {
     Json object{{"result", faults_ == 0 ? "valid" : "invalid"}, {"read", bytes}};
-    if (faults_ > 0) object["notes"] = narrowRules(nls_, encoding_);
+    const std::vector<std::string> notes = narrowRules(nls_, encoding_);
+    if (faults_ > 0 && !notes.empty()) object["notes"] = notes;
     const std::string tail = toLine(object);
     std::cout << "]," << tail.substr(1);
   } else if (faults_ == 0) {

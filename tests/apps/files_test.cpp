@@ -1,7 +1,10 @@
 // veld convert: files read and written.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <fstream>
 
 #include "apps/program.h"
 
@@ -9,6 +12,15 @@ namespace test {
 namespace {
 
 namespace fs = std::filesystem;
+
+// The one process that this one has started.
+pid_t childOf(pid_t parent) {
+  const std::string number = std::to_string(parent);
+  std::ifstream children("/proc/" + number + "/task/" + number + "/children");
+  pid_t child = 0;
+  children >> child;
+  return child;
+}
 
 TEST(VeldFiles, FilesFollowOneAnother) {
   const Folder folder;
@@ -95,6 +107,62 @@ TEST(VeldFiles, AnOutputInNoFolderIsTold) {
   const Outcome outcome = convert("wlatin1", "utf-8", "a", {"-o", folder.file("absent/out")});
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_TRUE(contains(outcome.errors, "no file can be made beside it: ")) << outcome.errors;
+}
+
+TEST(VeldFiles, AnInputThatIsTheOutputIsRefused) {
+  const Folder folder;
+  const std::string file = folder.write("text", "ab");
+  const Outcome outcome =
+      runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "utf-16le", file}, .outputFile = file.c_str()});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, file + " is the output too; ")) << outcome.errors;
+  EXPECT_EQ(folder.read("text"), "ab");
+}
+
+TEST(VeldFiles, MessagesStayOutOfTheOutput) {
+  const Folder folder;
+  const std::string out = folder.file("out");
+  const Outcome outcome = runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1", "-o", out},
+                                   .input = bytes("61 CE 94 62"),
+                                   .closedFile = STDERR_FILENO});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(hex(folder.read("out")), "61 1A 62");
+  const Outcome closed =
+      runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1"}, .input = "a", .closedFile = STDOUT_FILENO});
+  EXPECT_EQ(closed.exitCode, 2);
+}
+
+TEST(VeldFiles, ASignalLeavesNoFileBeside) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    const Folder folder;
+    const std::string out = folder.write("out", "old");
+    size_t beside = 0;
+    const auto writer = [&](int file) {
+      if (write(file, "abc", 3) != 3) return;
+      for (int tries = 0; tries < 1000 && folder.names().size() < 2; ++tries) usleep(2000);
+      beside = folder.names().size();
+      kill(childOf(getpid()), number);
+      for (int tries = 0; tries < 1000 && folder.names().size() > 1; ++tries) usleep(2000);
+    };
+    const Outcome outcome =
+        runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1", "-o", out}, .writer = writer});
+    EXPECT_EQ(beside, 2u);
+    EXPECT_EQ(outcome.exitCode, -1);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"out"});
+    EXPECT_EQ(folder.read("out"), "old");
+  }
+}
+
+TEST(VeldFiles, ALinkToAFileYetToBeMadeStaysALink) {
+  const Folder folder;
+  fs::create_symlink("text", folder.file("link"));
+  EXPECT_EQ(convert("wlatin1", "utf-8", "new", {"-o", folder.file("link")}).exitCode, 0);
+  EXPECT_TRUE(fs::is_symlink(folder.file("link")));
+  EXPECT_EQ(folder.read("text"), "new");
+  fs::create_symlink("round", folder.file("round"));
+  const Outcome round = convert("wlatin1", "utf-8", "new", {"-o", folder.file("round")});
+  EXPECT_EQ(round.exitCode, 2);
+  EXPECT_TRUE(contains(round.errors, "can't be followed")) << round.errors;
 }
 
 }  // namespace

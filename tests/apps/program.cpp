@@ -38,6 +38,7 @@ void feed(int file, const Call& call) {
   dup2(input, STDIN_FILENO);
   dup2(output, STDOUT_FILENO);
   dup2(errors, STDERR_FILENO);
+  if (call.closedFile >= 0) close(call.closedFile);
   signal(SIGPIPE, SIG_DFL);
   unsetenv("VELD_SESSION_ENCODING");
   unsetenv("VELD_SESSION_LANGUAGE");

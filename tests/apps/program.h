@@ -25,6 +25,7 @@ struct Call {
   size_t pieceSize = 0;                                 // if set, input comes in pieces, with pauses
   std::function<void(int file)> writer = nullptr;       // if set, writes standard input instead
   const char* outputFile = nullptr;                     // if set, standard output goes there
+  int closedFile = -1;                                  // if set, a standard file that is closed
 };
 
 Outcome runVeld(const Call& call);

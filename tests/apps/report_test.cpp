@@ -71,6 +71,20 @@ TEST(VeldReport, EachFileHasAnObject) {
   EXPECT_TRUE(contains(reports[2]["error"].get<std::string>(), "can't be opened for reading"));
 }
 
+TEST(VeldReport, ReadCountsACutEnd) {
+  EXPECT_EQ(object(convert("utf-16le", "utf-8", bytes("61 00 62"), json).errors)["read"], 3);
+  EXPECT_EQ(object(convert("utf-32le", "utf-8", bytes("61 00 00 00 62 00"), json).errors)["read"], 6);
+}
+
+TEST(VeldReport, NotesStandOnlyWhereThereAreAny) {
+  const auto report = [](const char* encoding, std::string_view text) {
+    return object(
+        runVeld({.arguments = {"validate", "--report", "json", "-f", encoding}, .input = bytes(text)}).output);
+  };
+  EXPECT_FALSE(report("utf-8", "FF").contains("notes"));
+  EXPECT_TRUE(report("dec-jp", "8E B1").contains("notes"));
+}
+
 TEST(VeldReport, WarningsStandInTheObject) {
   const Json report = object(convert("utf-e", "utf-8", bytes("C1"), json).errors);
   ASSERT_EQ(report["warnings"].size(), 1u) << report;

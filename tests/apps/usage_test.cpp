@@ -20,6 +20,25 @@ TEST(VeldUsage, WrongUsageExitsWithTwo) {
   EXPECT_EQ(veld({"validate", "-f", "utf-9"}).exitCode, 2);
 }
 
+TEST(VeldUsage, AnUnknownCommandIsNamed) {
+  const Outcome outcome = veld({"frob"});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "\"frob\" is no command")) << outcome.errors;
+}
+
+TEST(VeldUsage, WordsOfOptionsAreNoNumbers) {
+  EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--on-loss", "1"}).exitCode, 2);
+  EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--report", "1"}).exitCode, 2);
+  EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--on-loss", "FAIL", "--report", "Text"}).exitCode, 0);
+  EXPECT_EQ(convert("utf-8", "wlatin1", bytes("CE 94 61"), {"--on-loss", "FAIL"}).output, "");
+}
+
+TEST(VeldUsage, HelpToAFullDeviceIsTold) {
+  const Outcome outcome = runVeld({.arguments = {"--help"}, .outputFile = "/dev/full"});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, "standard output can't be written")) << outcome.errors;
+}
+
 TEST(VeldUsage, HelpTellsWhatTheToolAdds) {
   const Outcome outcome = veld({"convert", "--help"});
   EXPECT_EQ(outcome.exitCode, 0);

@@ -95,6 +95,10 @@ TEST(VeldValidate, AllKeepsTheShiftState) {
   expectFaults("hitachi-jp", bytes("0A 42 B0 A1 20 B0 A1 0A 41 81"), {fault(4, 1, 2, "hitachi-jp", "20 B0 A1 0A")});
 }
 
+TEST(VeldValidate, ABegunShiftSequenceAheadOfAFaultHasItsColumns) {
+  expectFaults("iso2022jp", bytes("61 62 1B 24 D0 78 79"), {fault(4, 1, 5, "iso2022jp", "D0 78 79")});
+}
+
 TEST(VeldValidate, LinesOfEbcdicEndWithEitherLineEnd) {
   expectFaults("ibm-939", bytes("81 15 81 25 81 0E 44 20"), {fault(7, 3, 2, "ibm-939", "20")});
 }
