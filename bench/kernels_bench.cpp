@@ -12,9 +12,11 @@
 #include <vector>
 
 #include "core/kernels/kernels.h"
+#include "modules/qznlsmb/tables.h"
 
 namespace {
 
+using veldnls::KernelRun;
 using veldnls::Kernels;
 using veldnls::KernelTier;
 using Bytes = std::vector<uint8_t>;
@@ -55,6 +57,59 @@ Bytes utf32Of(const Bytes& utf8) {
   Bytes units(4 * utf8.size());
   units.resize(4 * veldnls::kernels().utf8ToUtf32(utf8.data(), utf8.size(), units.data(), utf8.size()).written);
   return units;
+}
+
+// The sets of shift-jis and ibm-939 by number.
+constexpr int leadByteSet = 3;
+constexpr int shiftedSet = 1;
+constexpr veldnls::LeadBytes leads = {0x81, 0x9F - 0x81, 0xE0, 0xFC - 0xE0};
+constexpr uint32_t leadByteBlank = 0x8140;
+constexpr uint32_t leadByteBlankOut = 0x4081;
+constexpr uint32_t shiftedBlank = 0x4040;
+
+const veldnls::ShiftedSource& shiftedSource() {
+  static const veldnls::ShiftedSource source = {
+      veldnls::toUnicodeSets[shiftedSet].codes, veldnls::singleToUnicode[4], shiftedBlank, 0xE1, 0x0E, 0x0F};
+  return source;
+}
+
+const veldnls::ShiftedTarget& shiftedTarget() {
+  static const veldnls::ShiftedTarget target = {
+      veldnls::fromUnicodeSets[shiftedSet].codes, veldnls::singleFromUnicode[4], shiftedBlank, 1, 0x0E, 0x0F};
+  return target;
+}
+
+KernelRun toCodes(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  return kernels.unitsToCodes(veldnls::fromUnicodeSets[leadByteSet].codes, leadByteBlankOut, in, count, out, room);
+}
+
+KernelRun toShifted(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  bool inDouble = false;
+  return kernels.unitsToShifted(shiftedTarget(), inDouble, in, count, out, room);
+}
+
+// UTF-16 without the units at which the kernel stops.
+template <auto kernel>
+Bytes takenBy(const Bytes& utf8) {
+  const Bytes units = utf16Of(utf8);
+  Bytes taken;
+  Bytes out(2 * units.size() + 2);
+  for (size_t at = 0; at < units.size(); at += 2) {
+    const KernelRun run =
+        kernel(veldnls::kernels(), units.data() + at, (units.size() - at) / 2, out.data(), out.size());
+    const auto first = units.begin() + static_cast<std::ptrdiff_t>(at);
+    taken.insert(taken.end(), first, first + static_cast<std::ptrdiff_t>(2 * run.read));
+    at += 2 * run.read;
+  }
+  return taken;
+}
+
+template <auto kernel>
+Bytes convertedBy(const Bytes& utf8) {
+  const Bytes units = takenBy<kernel>(utf8);
+  Bytes out(2 * units.size() + 2);
+  out.resize(kernel(veldnls::kernels(), units.data(), units.size() / 2, out.data(), out.size()).written);
+  return out;
 }
 
 const auto unitTable = [] {
@@ -135,6 +190,24 @@ const Job jobs[] = {
     {"utf32ToUtf16", utf32Of,
      [](const Kernels& k, const Bytes& in, Bytes& out) {
        k.utf32ToUtf16.little(in.data(), in.size() / 4, out.data(), in.size() / 2);
+     }},
+    {"unitsToCodes", takenBy<toCodes>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       toCodes(k, in.data(), in.size() / 2, out.data(), in.size());
+     }},
+    {"codesToUnits", convertedBy<toCodes>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.codesToUnits(veldnls::toUnicodeSets[leadByteSet].codes, leads, leadByteBlank, in.data(), in.size(), out.data(),
+                      in.size());
+     }},
+    {"unitsToShifted", takenBy<toShifted>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       toShifted(k, in.data(), in.size() / 2, out.data(), out.size());
+     }},
+    {"shiftedToUnits", convertedBy<toShifted>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       bool inDouble = false;
+       k.shiftedToUnits(shiftedSource(), inDouble, in.data(), in.size(), out.data(), in.size());
      }},
 };
 

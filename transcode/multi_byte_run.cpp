@@ -1,11 +1,13 @@
 #include "core/registry.h"
 #include "core/text/blanks.h"
 #include "core/text/run_input.h"
+#include "core/text/units.h"
 #include "transcode/module_load.h"
 #include "transcode/stages.h"
 #include "transcode/two_stage.h"
 #include "veldnls/cei.h"
 #include "veldnls/nls.h"
+#include "veldnls/status.h"
 
 namespace veldnls {
 
@@ -33,6 +35,27 @@ bool takesPieces(const TranscodingPipeline& pipeline) {
   const EncodingDescriptor& source = *encodingRow(pipeline.sourceCei);
   const bool hostOrWithoutShifts = source.profile.shiftLength == 0 || (source.flags & NLS_ENCODING_EBCDIC) != 0;
   return pipeline.target.targetProfile->shiftLength == 0 && hostOrWithoutShifts;
+}
+
+// Both stages over a text whose form in between has room on the stack, with nothing prepared: short texts feel every
+// step.
+NlsStatus runShortText(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
+                       uint32_t outputSize, uint32_t* outputLength) {
+  static constexpr TranscodeOptions none{};
+  alignas(8) uint8_t middle[runScratchSize];
+  uint32_t middleLength = 0;
+  uint32_t written = 0;
+  TranscodeProgress second{};
+  const NlsStatus firstStatus =
+      runSourceStage(pipeline, input, inputLength, middle, sizeof middle, &middleLength, nullptr, &none);
+  NlsStatus status = runTargetStage(pipeline, middle, middleLength, output, outputSize, &written, &second, &none);
+  if (firstStatus == nlsNoMemory || status == nlsNoMemory) {
+    written = 0;
+    status = nlsNoMemory;
+  }
+  reportLength(outputLength, written);
+  // Half a pair at the end of the form in between was replaced by nothing.
+  return status == nlsIncompleteInput ? NlsStatus{nlsSubstituted} : status;
 }
 
 NlsStatus runOneStage(TranscodingPipeline* pipeline, const RunText& text, void* output, uint32_t outputSize,
@@ -84,6 +107,10 @@ NlsStatus multiByteTranscodeResumable(TranscodingPipeline* pipeline, const void*
 NlsStatus twoStageTranscodeResumable(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength,
                                      void* output, uint32_t outputSize, uint32_t* outputLength,
                                      TranscodeProgress* progress, const TranscodeOptions* options) {
+  const bool isShort = inputLength <= runScratchSize / utf16UnitBytes;
+  if (isShort && progress == nullptr && options == nullptr && !rangesOverlap(input, inputLength, output, outputSize)) {
+    return runShortText(pipeline, input, inputLength, output, outputSize, outputLength);
+  }
   if (progress == nullptr && takesPieces(*pipeline) && !mayDropBlanks(pipeline->options, options)) {
     return runTwoStagesByPieces(runSourceStage, runTargetStage, pipeline, input, inputLength, output, outputSize,
                                 outputLength, options);

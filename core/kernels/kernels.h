@@ -92,6 +92,10 @@ struct Kernels {
   // which tables of their own are for.
   KernelRun (*unitsToCodes)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                             size_t room);
+  // The same, unit by unit. For fields that have just been written that way: a vector would wait until they are all in
+  // memory.
+  KernelRun (*unitsToCodesSingly)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                                  size_t room);
   // The same for characters of two bytes alone: stops at what has one.
   KernelRun (*unitsToDoubles)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                               size_t room);
@@ -99,23 +103,19 @@ struct Kernels {
   KernelRun (*unitsToCells)(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room);
 
   // Text of bytes below 0x80, which mean that unit, and two-byte codes, to UTF-16 units. `blank` is the code of U+3000.
-  // The rows have codes of no other leads. Stops at a byte from 0x80 on that is no lead, at a lead at the end, and at a code without a unit.
+  // The rows have codes of no other leads. Stops at a byte from 0x80 on that is no lead, at a lead at the end, and at a
+  // code without a unit.
   KernelRun (*codesToUnits)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
                             size_t count, uint8_t* out, size_t room);
   // Two-byte codes alone; `count` of them. Stops at one without a unit.
   size_t (*doublesToUnits)(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
-  // utf8ToUtf16 and codesToUnits for text of up to 16 bytes on its way to another kernel: they write what they like to
-  // all of 64 bytes at `out`, for a processor doesn't hand on to a load what a store left bytes out of.
-  KernelRun (*utf8ToScratch)(const uint8_t* in, size_t count, uint8_t* out);
-  KernelRun (*codesToScratch)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
-                              size_t count, uint8_t* out);
-  // Text with shifts, whose mode is `inDouble` before and after. The first stops at a shift to the mode that is on, at a
-  // first byte at the end, and at a code without a unit, and takes a shift-out only with the character behind it; the
+  // Text with shifts, whose mode is `inDouble` before and after. The first stops at a shift to the mode that is on, at
+  // a first byte at the end, and at a code without a unit, and takes a shift-out only with the character behind it; the
   // second stops where unitsToCodes does, but for U+0080 to U+009E.
-  KernelRun (*shiftedToUnits)(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
-                              size_t room);
-  KernelRun (*unitsToShifted)(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
-                              size_t room);
+  KernelRun (*shiftedToUnits)(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count,
+                              uint8_t* out, size_t room);
+  KernelRun (*unitsToShifted)(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count,
+                              uint8_t* out, size_t room);
   // Counts the bytes ahead of the first that is one of four.
   size_t (*runWithout)(const uint8_t* four, const uint8_t* in, size_t count);
 };

@@ -2,7 +2,6 @@
 
 #include <bit>
 
-#include "core/kernels/tiers.h"
 #include "core/kernels/units.h"
 
 namespace veldnls::scalar {
@@ -85,15 +84,6 @@ KernelRun codesToUnits(const CodeRows& rows, const LeadBytes& leads, uint32_t bl
     run.read += 2;
   }
   return run;
-}
-
-KernelRun utf8ToScratch(const uint8_t* in, size_t count, uint8_t* out) {
-  return scalarKernels.utf8ToUtf16(in, count, out, count);
-}
-
-KernelRun codesToScratch(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
-                         uint8_t* out) {
-  return codesToUnits(rows, leads, blank, in, count, out, count);
 }
 
 size_t doublesToUnits(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count) {

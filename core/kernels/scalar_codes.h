@@ -14,9 +14,6 @@ KernelRun unitsToCells(const UnitCells& codes, const uint8_t* in, size_t count, 
 KernelRun codesToUnits(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
                        uint8_t* out, size_t room);
 size_t doublesToUnits(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
-KernelRun utf8ToScratch(const uint8_t* in, size_t count, uint8_t* out);
-KernelRun codesToScratch(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
-                         uint8_t* out);
 KernelRun shiftedToUnits(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
                          size_t room);
 KernelRun unitsToShifted(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,

@@ -29,21 +29,29 @@ struct OfGb18030 {
   }
 };
 
-// The inner loops of rows. Those of text without modes read ASCII below 0x80. `few` is for short texts.
+// The inner loops of rows. Those of text without modes read ASCII below 0x80. `few` is for short texts; `field` is a
+// kernel for texts of up to 16 bytes.
 struct NoLoop {
   static constexpr bool hasModes = true;
 };
 
+template <Pace pace>
 struct LeadByteLoop {
   static constexpr bool hasModes = false;
-  static constexpr SourceLoop* run = plainLeadBytes;
+  static constexpr SourceLoop* run = pace == Pace::loops ? plainLeadBytesByLoop : plainLeadBytes;
   template <class Form>
   static KernelRun few(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
                        uint8_t* out) {
     return shortLeadBytes<Form>(side, leadsOf(*side.sourceProfile), in, count, out);
   }
+  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* units,
+                         size_t room) requires(pace == Pace::kernelsForAll) {
+    return kernels().codesToUnits(toUnicodeSetOf(side).codes, leadsOf(*side.sourceProfile), blankOfSource(side), in,
+                                  count, units, room);
+  }
 };
 
+template <Pace pace>
 struct HighBitLoop {
   static constexpr bool hasModes = false;
   static constexpr SourceLoop* run = plainHighBits;
@@ -51,6 +59,11 @@ struct HighBitLoop {
   static KernelRun few(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
                        uint8_t* out) {
     return shortLeadBytes<Form>(side, highBitLeads, in, count, out);
+  }
+  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* units,
+                         size_t room) requires(pace == Pace::kernelsForAll) {
+    return kernels().codesToUnits(toUnicodeSetOf(side).codes, highBitLeads, blankOfSource(side), in, count, units,
+                                  room);
   }
 };
 
@@ -117,7 +130,15 @@ inline KernelRun front(const PipelineSide& side, NlsBool8& inDouble, const uint8
   if constexpr (hasShortLoop<Form> && requires { Loop::template few<Form>(side, inDouble, in, count, out); }) {
     if (count < shortText && room >= Form::most * count) {
       if (side.overlay != nullptr) return {0, 0};
-      return Loop::template few<Form>(side, inDouble, in, count, out);
+      KernelRun begun{0, 0};
+      if constexpr (std::is_same_v<Form, Utf16Output> && requires { Loop::field(side, in, count, out, room); }) {
+        if (count <= fieldBytes) begun = Loop::field(side, in, count, out, room / utf16UnitBytes);
+        begun.written *= utf16UnitBytes;
+        if (begun.read == count) return begun;
+      }
+      const KernelRun rest =
+          Loop::template few<Form>(side, inDouble, in + begun.read, count - begun.read, out + begun.written);
+      return {begun.read + rest.read, begun.written + rest.written};
     }
   }
   return skip<Form, Loop>(side, inDouble, in, count, out, room);
@@ -176,16 +197,28 @@ NlsStatus stage(CodePageModule* module, PipelineSide* side, const void* input, u
   return convertRest<Form, Double, Loop>(run, module, outputLength, progress, options);
 }
 
-template <class Form>
-NlsModuleStage stageTo(CharacterRule rule, Pace pace) {
-  if (pace == Pace::everyCharacter) {
-    return rule == CharacterRule::gb18030 ? stage<Form, OfGb18030, NoLoop> : stage<Form, OfPairs, NoLoop>;
-  }
+template <class Form, Pace pace>
+NlsModuleStage stageAt(CharacterRule rule) {
   constexpr NlsModuleStage stages[characterRuleCount] = {
-      stage<Form, OfPairs, LeadByteLoop>, stage<Form, OfPairs, HighBitLoop>,   stage<Form, OfPairs, ShiftedLoop>,
-      stage<Form, OfPairs, Iso2022Loop>,  stage<Form, OfGb18030, Gb18030Loop>,
+      stage<Form, OfPairs, LeadByteLoop<pace>>, stage<Form, OfPairs, HighBitLoop<pace>>,
+      stage<Form, OfPairs, ShiftedLoop>,        stage<Form, OfPairs, Iso2022Loop>,
+      stage<Form, OfGb18030, Gb18030Loop>,
   };
   return stages[static_cast<int>(rule)];
+}
+
+template <class Form>
+NlsModuleStage stageTo(CharacterRule rule, Pace pace) {
+  switch (pace) {
+    case Pace::everyCharacter:
+      return rule == CharacterRule::gb18030 ? stage<Form, OfGb18030, NoLoop> : stage<Form, OfPairs, NoLoop>;
+    case Pace::loops:
+      return stageAt<Form, Pace::loops>(rule);
+    case Pace::kernels:
+      return stageAt<Form, Pace::kernels>(rule);
+    default:
+      return stageAt<Form, Pace::kernelsForAll>(rule);
+  }
 }
 
 }  // namespace

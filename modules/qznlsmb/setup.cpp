@@ -1,11 +1,13 @@
 #include "modules/qznlsmb/setup.h"
 
+#include <algorithm>
 #include <atomic>
 
 #include "core/qznlsstub.h"
 #include "modules/qznlsgb/qznlsgb.h"
 #include "modules/qznlsmb/scanners.h"
 #include "modules/qznlsmb/skip_source.h"
+#include "modules/qznlsmb/source_tables.h"
 #include "modules/qznlsmb/stages.h"
 #include "modules/qznlsmb/tables.h"
 #include "veldnls/cei.h"
@@ -14,8 +16,6 @@
 namespace veldnls {
 
 namespace {
-
-bool isAsciiSet(uint32_t singleByteSet) { return singleByteSet == 1 || singleByteSet == 3; }
 
 // A map of the route between a single-byte and a multi-byte row. Rows with the same blank are of one kind.
 const uint8_t* byteMap(const EncodingDescriptor& source, const EncodingDescriptor& target, bool toAscii) {
@@ -45,22 +45,35 @@ bool loadGbModule(MultiByteModule& module) {
   return true;
 }
 
-// An inner loop reads GB18030 by its own module's tables.
-Pace paceOfSource(MultiByteModule& module, const EncodingDescriptor& source) {
-  const bool asksModule = source.cei == U_GB18030_CE && loadedGbModule(module)->toUnicode != gbToUnicode;
-  return hasInnerLoop(source) && !asksModule ? Pace::skipping : Pace::everyCharacter;
+// In routes of two stages both profiles of a side are set.
+bool isOneOfTwoStages(const PipelineSide& side) {
+  return side.sourceProfile != nullptr && side.targetProfile != nullptr;
+}
+
+Pace paceOf(const PipelineSide& side, Pace ofRow) {
+  return isOneOfTwoStages(side) ? std::min(ofRow, Pace::kernels) : ofRow;
+}
+
+// Inner loops read and write GB18030 by its own module's tables.
+bool hasOtherGbModule(MultiByteModule& module, const EncodingDescriptor& row) {
+  const Gb18030Module* gb = row.cei == U_GB18030_CE ? loadedGbModule(module) : nullptr;
+  return gb != nullptr && (gb->toUnicode != gbToUnicode || gb->fromUnicode != gbFromUnicode);
+}
+
+Pace paceOfSource(MultiByteModule& module, const PipelineSide& side, const EncodingDescriptor& source) {
+  return hasOtherGbModule(module, source) ? Pace::everyCharacter : paceOf(side, paceOfRow(source));
+}
+
+Pace paceOfTarget(MultiByteModule& module, const PipelineSide& side, const EncodingDescriptor& target) {
+  const bool hasLoop = target.profile.shiftLength != 0 || isAsciiSet(target.profile.singleByteSet);
+  if (hasOtherGbModule(module, target) || !hasLoop) return Pace::everyCharacter;
+  return paceOf(side, Pace::kernelsForAll);
 }
 
 TargetRule targetRuleOf(MultiByteModule& module, const EncodingDescriptor& target) {
   if (target.cei == U_GB18030_CE && loadedGbModule(module) != nullptr) return TargetRule::gb18030;
   if (characterRuleOf(target) == CharacterRule::iso2022) return TargetRule::iso2022;
   return target.profile.shiftLength != 0 ? TargetRule::modes : TargetRule::pairs;
-}
-
-Pace paceOfTarget(MultiByteModule& module, const EncodingDescriptor& target) {
-  const Gb18030Module* gb = target.cei == U_GB18030_CE ? loadedGbModule(module) : nullptr;
-  const bool asksModule = gb != nullptr && gb->fromUnicode != gbFromUnicode;
-  return hasInnerLoop(target) && !asksModule ? Pace::skipping : Pace::everyCharacter;
 }
 
 }  // namespace
@@ -86,7 +99,7 @@ NlsStatus setupUnicodeToMultibyte(MultiByteModule* module, PipelineSide* side, c
   side->pairs = &fromUnicodeSets[target->profile.doubleByteSet].table;
   side->singleMap = singleFromUnicode[target->profile.singleByteSet];
   side->kanaPairs = kanaPairs(*target);
-  side->stage = unicodeToMultibyte(targetRuleOf(*module, *target), source->cei, paceOfTarget(*module, *target));
+  side->stage = unicodeToMultibyte(targetRuleOf(*module, *target), source->cei, paceOfTarget(*module, *side, *target));
   return 0;
 }
 
@@ -103,7 +116,7 @@ NlsStatus setupMultibyteToUnicode(MultiByteModule* module, PipelineSide* side, c
   side->pairs = &toUnicodeSets[source->profile.doubleByteSet].table;
   side->toUnicode = singleToUnicode[source->profile.singleByteSet];
   side->scan = scannerOf(rule);
-  side->stage = multibyteToUnicode(rule, target->cei, paceOfSource(*module, *source));
+  side->stage = multibyteToUnicode(rule, target->cei, paceOfSource(*module, *side, *source));
   return 0;
 }
 

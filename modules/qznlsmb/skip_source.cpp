@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text/units.h"
+#include "modules/qznlsmb/scanners.h"
 #include "modules/qznlsmb/short_source.h"
 #include "modules/qznlsmb/unicode_output.h"
 
@@ -37,6 +38,21 @@ KernelRun inTurns(const uint8_t* in, size_t count, uint8_t* units, size_t room, 
   return run;
 }
 
+bool hasSimpleLeads(const MultiByteProfile& profile) {
+  const NlsByteRange* ranges = profile.leadRanges;
+  const auto isNoneOrAbove = [](const NlsByteRange& range) { return range.low == 0 || range.low >= 0x80; };
+  return isNoneOrAbove(ranges[0]) && isNoneOrAbove(ranges[1]) && ranges[2].low == 0;
+}
+
+// Whether there are codes with this first byte. A row without codes is one unit, 0.
+bool hasCodes(const CodeRows& codes, uint32_t first) {
+  for (const uint32_t second : {0x20u, 0xA0u}) {
+    const CodeRow& row = codes.rows[(first * 0x100 + second + 0x60) >> 7];
+    if (row.span != 0 || codes.units[row.start] != 0) return true;
+  }
+  return false;
+}
+
 KernelRun leadBytes(const PipelineSide& side, const LeadBytes& leads, const uint8_t* in, size_t count, uint8_t* units,
                     size_t room) {
   if (side.overlay != nullptr) return {0, 0};
@@ -52,19 +68,33 @@ KernelRun leadBytes(const PipelineSide& side, const LeadBytes& leads, const uint
 
 }  // namespace
 
-bool hasInnerLoop(const EncodingDescriptor& row) {
+Pace paceOfRow(const EncodingDescriptor& row) {
   const MultiByteProfile& profile = row.profile;
-  if (row.encodingClass == NLS_CLASS_SHIFTED) return true;
-  const auto isNoneOrAbove = [&](int range) {
-    return profile.leadRanges[range].low == 0 || profile.leadRanges[range].low >= 0x80;
-  };
-  const bool isAscii = profile.singleByteSet <= 1 || profile.singleByteSet == 3;
-  return isAscii && isNoneOrAbove(0) && isNoneOrAbove(1) && profile.leadRanges[2].low == 0;
+  const CharacterRule rule = characterRuleOf(row);
+  if (rule == CharacterRule::shifted || rule == CharacterRule::iso2022) return Pace::kernelsForAll;
+  if (!isAsciiSet(profile.singleByteSet) || !hasSimpleLeads(profile)) return Pace::everyCharacter;
+  if (rule != CharacterRule::leadByte) return Pace::kernelsForAll;
+  // dec-jp's set has euc-jp's codes of lead byte 8E, and the blank of hp15-tw begins with a single byte.
+  const LeadBytes leads = leadsOf(profile);
+  for (uint32_t first = 0x80; first < 0x100; ++first) {
+    if (leads.has(first)) continue;
+    if (first == profile.doubleBlank[0] || hasCodes(toUnicodeSets[profile.doubleByteSet].codes, first))
+      return Pace::loops;
+  }
+  return Pace::kernelsForAll;
 }
 
 KernelRun plainLeadBytes(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
                          uint8_t* units, size_t room) {
   return leadBytes(side, leadsOf(*side.sourceProfile), in, count, units, room);
+}
+
+KernelRun plainLeadBytesByLoop(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
+                               uint8_t* units, size_t room) {
+  if (side.overlay != nullptr) return {0, 0};
+  const KernelRun run =
+      shortLeadBytes<Utf16Output>(side, leadsOf(*side.sourceProfile), in, std::min(count, room), units);
+  return {run.read, run.written / utf16UnitBytes};
 }
 
 KernelRun plainHighBits(const PipelineSide& side, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,

@@ -4,28 +4,33 @@
 #pragma once
 
 #include "core/kernels/kernels.h"
-#include "modules/qznlsmb/scanners.h"
+#include "modules/qznlsmb/stages.h"
 #include "veldnls/pipeline.h"
 
 namespace veldnls {
 
 // In so few bytes a kernel doesn't pay.
 inline constexpr size_t shortText = 24;
+// Up to so many it does when it has a form of its own for them.
+inline constexpr size_t fieldBytes = 16;
 
 // Takes `count` bytes and room for `room` units, and returns how many bytes were read and how many units written.
-// `inDouble` is the mode of text with shifts, before and after. The row is one that `hasInnerLoop`.
+// `inDouble` is the mode of text with shifts, before and after. The row's pace allows the loop.
 using SourceLoop = KernelRun(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count,
                              uint8_t* units, size_t room);
 
 SourceLoop plainLeadBytes;
+// The same without kernels.
+SourceLoop plainLeadBytesByLoop;
 SourceLoop plainHighBits;
 SourceLoop plainShifted;
 SourceLoop plainIso2022;
 // By the index of its module.
 SourceLoop plainGb18030;
 
-// Rows without shifts must have ASCII below 0x80, and their lead bytes, if any, above it in one or two ranges, for
-// their loops. All have.
-bool hasInnerLoop(const EncodingDescriptor& row);
+// The pace that a row's loops allow. Those of rows without shifts want ASCII below 0x80, and lead bytes, if any, above
+// it in one or two ranges: all rows are so. Kernels take every byte above 0x7F that has codes in the row's set for a
+// lead.
+Pace paceOfRow(const EncodingDescriptor& row);
 
 }  // namespace veldnls

@@ -143,8 +143,9 @@ KernelRun plainToModes(const PipelineSide& side, bool& inDouble, const uint8_t* 
   const auto add = [&run](const KernelRun& taken) { run = {run.read + taken.read, run.written + taken.written}; };
   while (run.read != count) {
     size_t most = count;
-    // A kernel writes shifts of one byte only.
-    if (count - run.read >= kernelUnits && profile.shiftLength == 1) {
+    // A kernel writes shifts of one byte only, and asks for no more room than these take.
+    constexpr size_t kernelRoom = 4;
+    if (count - run.read >= kernelUnits && profile.shiftLength == 1 && roomToShift(side) == kernelRoom) {
       const KernelRun taken = kernels().unitsToShifted(target, inDouble, units + utf16UnitBytes * run.read,
                                                        count - run.read, out + run.written, room - run.written);
       add(taken);

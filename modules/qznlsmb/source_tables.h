@@ -18,6 +18,9 @@ struct Meaning {
   bool substituted;
 };
 
+// Whether a set's single bytes below 0x80 are ASCII.
+inline bool isAsciiSet(uint32_t singleByteSet) { return singleByteSet <= 1 || singleByteSet == 3; }
+
 // Of a code of two bytes. One without a meaning is the ideographic space; the blank is that without being noted.
 Meaning meaningOfDouble(const PipelineSide& side, uint32_t code);
 // Of a GB18030 code of two or four bytes. One without a meaning is U+0020.

@@ -40,9 +40,10 @@ struct ToGb18030 {
 };
 
 // The inner loops of targets, and whether they write ASCII as it is. `few` is for short texts, of which a byte takes
-// `mostRoom` bytes at most.
+// `mostRoom` bytes at most; `field` is a kernel for texts of up to 16 bytes of UTF-16.
 struct NoLoop {};
 
+template <Pace pace>
 struct PairLoop {
   static constexpr bool writesAscii = true;
   static constexpr size_t mostRoom = 1;
@@ -50,6 +51,10 @@ struct PairLoop {
   template <class Form>
   static KernelRun few(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* out) {
     return shortToPairs<Form>(side, in, count, out);
+  }
+  static KernelRun field(const PipelineSide& side, const uint8_t* units, size_t count, uint8_t* out,
+                         size_t room) requires(pace == Pace::kernelsForAll) {
+    return kernels().unitsToCodes(fromUnicodeSetOf(side).codes, blankCode(side), units, count, out, room);
   }
 };
 
@@ -67,6 +72,8 @@ struct Gb18030Loop {
     return shortToGb18030<Form>(in, count, out);
   }
 };
+
+constexpr size_t fieldBytes = 16;
 
 using LittleUtf16 = Utf16Input<std::endian::little>;
 
@@ -113,7 +120,14 @@ inline KernelRun front(const PipelineSide& side, bool& inDouble, const uint8_t* 
   if constexpr (shortText<Form> != 0 && requires { Loop::mostRoom; }) {
     if (count < shortText<Form> && room >= Loop::mostRoom * count && count % Form::unitBytes == 0) {
       if (side.overlay != nullptr) return {0, 0};
-      return Loop::template few<Form>(side, in, count, out);
+      KernelRun begun{0, 0};
+      if constexpr (std::is_same_v<Form, LittleUtf16> && requires { Loop::field(side, in, count, out, room); }) {
+        if (count <= fieldBytes) begun = Loop::field(side, in, count / utf16UnitBytes, out, room);
+        begun.read *= utf16UnitBytes;
+        if (begun.read == count) return begun;
+      }
+      const KernelRun rest = Loop::template few<Form>(side, in + begun.read, count - begun.read, out + begun.written);
+      return {begun.read + rest.read, begun.written + rest.written};
     }
   }
   return skip<Form, Loop>(side, inDouble, in, count, out, room);
@@ -179,21 +193,27 @@ NlsStatus stage(CodePageModule* module, PipelineSide* side, const void* input, u
                                         options);
 }
 
+template <class Little, class Big, class Pairs, class Modes, class Gb18030>
+NlsModuleStage stageWith(TargetRule rule) {
+  constexpr NlsModuleStage stages[targetRuleCount] = {
+      stage<Little, Big, ToPairs, Pairs>,
+      stage<Little, Big, ToPairs, Modes>,
+      inSevenBits<stage<Little, Big, ToPairs, Modes>>,
+      stage<Little, Big, ToGb18030, Gb18030>,
+  };
+  return stages[static_cast<int>(rule)];
+}
+
 template <class Little, class Big>
 NlsModuleStage stageFrom(TargetRule rule, Pace pace) {
-  constexpr NlsModuleStage everyCharacter[targetRuleCount] = {
-      stage<Little, Big, ToPairs, NoLoop>,
-      stage<Little, Big, ToPairs, NoLoop>,
-      inSevenBits<stage<Little, Big, ToPairs, NoLoop>>,
-      stage<Little, Big, ToGb18030, NoLoop>,
-  };
-  constexpr NlsModuleStage skipping[targetRuleCount] = {
-      stage<Little, Big, ToPairs, PairLoop>,
-      stage<Little, Big, ToPairs, ModeLoop>,
-      inSevenBits<stage<Little, Big, ToPairs, ModeLoop>>,
-      stage<Little, Big, ToGb18030, Gb18030Loop>,
-  };
-  return (pace == Pace::skipping ? skipping : everyCharacter)[static_cast<int>(rule)];
+  switch (pace) {
+    case Pace::everyCharacter:
+      return stageWith<Little, Big, NoLoop, NoLoop, NoLoop>(rule);
+    case Pace::kernelsForAll:
+      return stageWith<Little, Big, PairLoop<Pace::kernelsForAll>, ModeLoop, Gb18030Loop>(rule);
+    default:
+      return stageWith<Little, Big, PairLoop<Pace::kernels>, ModeLoop, Gb18030Loop>(rule);
+  }
 }
 
 }  // namespace

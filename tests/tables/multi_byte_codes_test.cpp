@@ -1,6 +1,7 @@
 // Every code of every multi-byte encoding, in each of its modes, to every Unicode form and to single bytes, through
 // pipelines.
 #include "reference/checked_route.h"
+#include "reference/multi_byte_text.h"
 
 namespace transcode_test {
 
@@ -81,6 +82,22 @@ TEST_P(MultiByteCodes, EveryTwoBytesToSingleBytes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, MultiByteCodes, testing::ValuesIn(multiByteCeis()));
+
+// What a row writes in double-byte mode can't be taken for the start of a shift, at either byte.
+TEST_P(MultiByteCodes, NoneHoldsAByteAtWhichAShiftBegins) {
+  if (!isShifted()) return;
+  // Of sets in eight bits ISO-2022 text keeps the codes with both bytes above A0.
+  const bool isSevenBit = row().doubleBlank[0] == 0x21;
+  const bool isCut = isSevenBit && row().doubleBlank[1] == 0x20;
+  const auto begins = [](uint32_t byte) { return byte == row().shiftOut[0] || byte == row().shiftIn[0]; };
+  for (const std::optional<uint16_t>& code : doubleByteText(row().doubleByteSet).codes) {
+    if (!code || *code < 0x100) continue;
+    if (isCut && (*code >> 8 <= 0xA0 || (*code & 0xFF) <= 0xA0)) continue;
+    const Code written = isSevenBit ? *code & 0x7F7Fu : *code;
+    EXPECT_FALSE(begins(written >> 8) || begins(written & 0xFF)) << std::hex << *code;
+  }
+  EXPECT_FALSE(begins(row().doubleBlank[0]) || begins(row().doubleBlank[1]));
+}
 
 // Those that a lead byte and a digit begin, whatever stands behind them.
 TEST(Gb18030Codes, EveryFourBytes) {

@@ -36,4 +36,7 @@ TextKernel utf32ToUtf8;
 template <std::endian order>
 TextKernel utf32ToUtf16;
 
+KernelRun unitsToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                       size_t room);
+
 }  // namespace veldnls::avx2

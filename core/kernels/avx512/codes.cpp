@@ -126,13 +126,6 @@ KernelRun unitsToDoubles(const UnitCodes& codes, uint32_t blank, const uint8_t* 
   return fromUnits<true>(Ranks(codes, blank), in, count, out, room);
 }
 
-KernelRun codesToScratch(const CodeRows& rows, const LeadBytes& /*leads*/, uint32_t blank, const uint8_t* in,
-                         size_t count, uint8_t* out) {
-  KernelRun run;
-  storeScratch(out, unitsOfField(rows, blank, in, count, run));
-  return run;
-}
-
 KernelRun unitsToCells(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
   return fromUnits<false>(Cells(codes), in, count, out, room);
 }
@@ -143,7 +136,7 @@ KernelRun codesToUnits(const CodeRows& codeRows, const LeadBytes& /*leads*/, uin
     KernelRun run;
     const __m256i units = unitsOfField(codeRows, blank, in, count, run);
     if (run.written > room) return {0, 0};
-    storeField(out, units, run.written);
+    _mm256_mask_storeu_epi16(out, first16(run.written), units);
     return run;
   }
   const Rows rows(codeRows, blank);

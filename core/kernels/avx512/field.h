@@ -37,13 +37,7 @@ inline __m128i fewUnits(const CodeRows& rows, __mmask8 wanted, __m128i codes) {
   return fewItems(_mm256_mask_test_epi32_mask(inRow, index, index), index, rows.units);
 }
 
-// Up to 16 units, as text goes to memory that keeps its other content, or to scratch memory of 64 bytes.
-inline void storeField(uint8_t* out, __m256i units, size_t count) {
-  _mm256_mask_storeu_epi16(out, first16(count), units);
-}
-inline void storeScratch(uint8_t* out, __m256i units) { _mm512_storeu_si512(out, _mm512_zextsi256_si512(units)); }
-
-// The units of a field: `run` is how far it goes.
+// The units of a field. `run` tells how many bytes they are of, and how many they are.
 inline __m256i unitsOfField(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, KernelRun& run) {
   const __m128i bytes = _mm_maskz_loadu_epi8(first16(count), in);
   const uint64_t nonAscii = _mm_movepi8_mask(bytes);
@@ -80,7 +74,7 @@ inline __m256i unitsOfField(const CodeRows& rows, uint32_t blank, const uint8_t*
   return units;
 }
 
-// Nothing, if the field has characters that this form doesn't know.
+// Returns false, having written nothing, when the field has characters that this form doesn't know, or little room.
 inline bool fieldToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                          size_t room, KernelRun& run) {
   constexpr int firstKnown = 0x300;

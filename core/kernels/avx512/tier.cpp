@@ -1,5 +1,6 @@
 #include "core/kernels/tiers.h"
 
+#include "core/kernels/avx2/functions.h"
 #include "core/kernels/avx512/functions.h"
 
 namespace veldnls {
@@ -27,12 +28,11 @@ constinit const Kernels avx512Kernels{
     .utf32ToUtf8 = {avx512::utf32ToUtf8<endian::little>, avx512::utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {avx512::utf32ToUtf16<endian::little>, avx512::utf32ToUtf16<endian::big>},
     .unitsToCodes = avx512::unitsToCodes,
+    .unitsToCodesSingly = avx2::unitsToCodes,
     .unitsToDoubles = avx512::unitsToDoubles,
     .unitsToCells = avx512::unitsToCells,
     .codesToUnits = avx512::codesToUnits,
     .doublesToUnits = avx512::doublesToUnits,
-    .utf8ToScratch = avx512::utf8ToScratch,
-    .codesToScratch = avx512::codesToScratch,
     .shiftedToUnits = avx512::shiftedToUnits,
     .unitsToShifted = avx512::unitsToShifted,
     .runWithout = avx512::runWithout,

@@ -262,7 +262,7 @@ KernelRun fromUtf8(const uint8_t* in, size_t count, uint8_t* out, size_t room) {
 constexpr size_t shortBytes = 16;
 
 // A text that ends within one register of 16 bytes, none of them a lead of four: the same tests and sums with less
-// around them, for a field is over before the windows' price comes in again.
+// around them, for a field is over before the windows' price comes in again. `run` tells how far it goes.
 __m256i shortToUtf16(__m128i bytes, size_t count, KernelRun& run) {
   const auto all = [](int value) { return _mm_set1_epi8(static_cast<char>(value)); };
   const auto from = [bytes, all](int value) -> uint32_t { return _mm_cmpge_epu8_mask(bytes, all(value)); };
@@ -316,14 +316,6 @@ KernelRun utf8ToUtf16(const uint8_t* in, size_t count, uint8_t* out, size_t room
     }
   }
   return fromUtf8<ToUtf16>(in, count, out, room);
-}
-
-KernelRun utf8ToScratch(const uint8_t* in, size_t count, uint8_t* out) {
-  const __m128i bytes = _mm_maskz_loadu_epi8(first16(count), in);
-  if (hasFours(bytes)) return fromUtf8<ToUtf16>(in, count, out, count);
-  KernelRun run;
-  _mm512_storeu_si512(out, _mm512_zextsi256_si512(shortToUtf16(bytes, count, run)));
-  return run;
 }
 
 KernelRun utf8ToUtf32(const uint8_t* in, size_t count, uint8_t* out, size_t room) {

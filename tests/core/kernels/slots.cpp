@@ -101,6 +101,10 @@ void addCodes(std::vector<Slot>& all) {
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
                    return k.unitsToCodes(codes, blank, in, count, out, room);
                  }});
+  all.push_back({"unitsToCodesSingly", Form::utf16Little, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.unitsToCodesSingly(codes, blank, in, count, out, room);
+                 }});
   all.push_back({"unitsToDoubles", Form::utf16Little, 1, 2, true,
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
                    return k.unitsToDoubles(codes, blank, in, count, out, room);

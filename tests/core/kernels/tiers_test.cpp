@@ -5,7 +5,6 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "modules/qznlsmb/tables.h"
 #include "slots.h"
 #include "support/guard.h"
 
@@ -174,35 +173,6 @@ TEST_P(KernelTiers, SequencesAcrossWindows) {
                     "around " + std::to_string(position));
             if (HasFatalFailure()) return;
           }
-        }
-      }
-    }
-  }
-}
-
-// Kernels that write to scratch memory alone: they leave bytes behind what they report as they like.
-TEST_P(KernelTiers, Scratch) {
-  constexpr size_t most = 16;
-  constexpr size_t scratchSize = 64;
-  const auto run = [](const Kernels& kernels, Form form, const uint8_t* in, size_t count, uint8_t* out) {
-    const veldnls::LeadBytes leads = {0x81, 0x9F - 0x81, 0xE0, 0xFC - 0xE0};
-    return form == Form::utf8
-               ? kernels.utf8ToScratch(in, count, out)
-               : kernels.codesToScratch(veldnls::toUnicodeSets[shiftJisSet].codes, leads, 0x8140, in, count, out);
-  };
-  for (const Form form : {Form::utf8, Form::shiftJis}) {
-    for (const Text& text : textsIn(form, longest)) {
-      for (size_t start = 0; start + most <= longest; start += 7) {
-        for (size_t count = 0; count <= most; ++count) {
-          GuardedBuffer input(std::span(text.bytes.data() + start, count));
-          GuardedBuffer output(scratchSize);
-          Bytes expected(scratchSize);
-          const KernelRun whole = run(recordOf(KernelTier::scalar), form, input.data(), count, expected.data());
-          const KernelRun actual = run(recordOf(GetParam()), form, input.data(), count, output.data());
-          SCOPED_TRACE(text.name + ", " + std::to_string(count) + " bytes from " + std::to_string(start));
-          ASSERT_EQ(actual.read, whole.read);
-          ASSERT_EQ(actual.written, whole.written);
-          ASSERT_TRUE(std::equal(output.data(), output.data() + 2 * whole.written, expected.data()));
         }
       }
     }

@@ -55,7 +55,7 @@ TEST(Room, FromUnicodeAtEveryCapacity) {
     }
     size_t before = 0;
     for (size_t capacity = 0; capacity <= full.size() + 8; ++capacity) {
-      for (const veldnls::Pace pace : {veldnls::Pace::skipping, veldnls::Pace::everyCharacter}) {
+      for (const veldnls::Pace pace : {veldnls::Pace::kernelsForAll, veldnls::Pace::everyCharacter}) {
         route.setPace(pace);
         TranscodeProgress progress{};
         const Outcome outcome = resume(route, utf16(text), capacity, progress);

@@ -1,5 +1,8 @@
 #include "modules/qznlsmb/rows.h"
 
+#include <algorithm>
+
+#include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/tables.h"
 #include "transcode/stages.h"
 
@@ -89,8 +92,8 @@ StageRoute::StageRoute(CEI source, CEI target) {
   side.swapOutput = isBigEndian(to) ? 1 : 0;
   side.padChar = isUnicode(from) || isUnicode(to) ? from.padChar : to.padChar;
   side.unitSize = static_cast<uint8_t>(to.unitSize);
-  side.sourceProfile = &from.profile;
-  side.targetProfile = &to.profile;
+  if (isMultiByte(from)) side.sourceProfile = &from.profile;
+  if (isMultiByte(to)) side.targetProfile = &to.profile;
   side.encodingClass = from.encodingClass;
   side.options = &record_.options;
   record_.transcode = veldnls::plain<veldnls::multiByteTranscodeResumable>;
@@ -103,7 +106,8 @@ void StageRoute::setPace(veldnls::Pace pace) {
   const EncodingDescriptor& from = row(side.cei);
   const EncodingDescriptor& to = row(side.peerCei);
   if (isMultiByte(from)) {
-    side.stage = veldnls::multibyteToUnicode(veldnls::characterRuleOf(from), side.peerCei, pace);
+    side.stage = veldnls::multibyteToUnicode(veldnls::characterRuleOf(from), side.peerCei,
+                                             std::min(pace, veldnls::paceOfRow(from)));
     return;
   }
   side.stage = veldnls::unicodeToMultibyte(targetRule(to.cei), side.cei, pace);

@@ -26,7 +26,7 @@ class StageRoute {
   TranscodingPipeline* operator->() { return &record_; }
   operator TranscodingPipeline*() { return &record_; }
 
-  // The same route by a stage without its inner loop, and back.
+  // The same route by a stage of another pace, as far as the row allows.
   void setPace(veldnls::Pace pace);
 
   NlsStatus setup = 0;

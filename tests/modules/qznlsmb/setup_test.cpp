@@ -1,11 +1,13 @@
 // What each setup slot stores in a side.
 #include "modules/qznlsmb/rows.h"
+#include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/tables.h"
 
 namespace transcode_test {
 namespace {
 
 using veldnls::CharacterRule;
+using veldnls::Pace;
 
 TEST(MultiByteSetup, ToUnicode) {
   for (const CEI cei : multiByteRows()) {
@@ -17,7 +19,8 @@ TEST(MultiByteSetup, ToUnicode) {
       EXPECT_EQ(side.pairs, &veldnls::toUnicodeSets[profile.doubleByteSet].table);
       EXPECT_EQ(side.toUnicode, veldnls::singleToUnicode[profile.singleByteSet]);
       EXPECT_EQ(side.scan, veldnls::scannerOf(veldnls::characterRuleOf(row(cei))));
-      EXPECT_EQ(side.stage, veldnls::multibyteToUnicode(veldnls::characterRuleOf(row(cei)), form));
+      EXPECT_EQ(side.stage,
+                veldnls::multibyteToUnicode(veldnls::characterRuleOf(row(cei)), form, veldnls::paceOfRow(row(cei))));
       EXPECT_EQ(side.kanaPairs, nullptr);
     }
   }
@@ -34,7 +37,7 @@ TEST(MultiByteSetup, FromUnicode) {
       EXPECT_EQ(side.pairs, &veldnls::fromUnicodeSets[profile.doubleByteSet].table);
       EXPECT_EQ(side.singleMap, veldnls::singleFromUnicode[profile.singleByteSet]);
       EXPECT_EQ(side.scan, form == U_UTFE_CE ? veldnls::scanUtfe : nullptr);
-      EXPECT_EQ(side.stage, veldnls::unicodeToMultibyte(targetRule(cei), form)) << cei;
+      EXPECT_EQ(side.stage, veldnls::unicodeToMultibyte(targetRule(cei), form, Pace::kernelsForAll)) << cei;
       if (row(cei).baseCei != U_SHIFTJIS_CE) {
         EXPECT_EQ(side.kanaPairs, nullptr) << cei;
       } else if (cei == U_DECJP_CE || cei == U_EUCJP_CE) {
@@ -63,6 +66,24 @@ TEST(MultiByteSetup, SingleBytes) {
   }
 }
 
+// Kernels take a byte with codes for a lead byte, which in these rows isn't always one.
+TEST(MultiByteSetup, RowsThatKernelsDontServe) {
+  for (const CEI cei : multiByteRows()) {
+    const bool served = cei != U_DECJP_CE && cei != 120 && cei != 9 && cei != 10 && cei != 11;
+    EXPECT_EQ(veldnls::paceOfRow(row(cei)), served ? Pace::kernelsForAll : Pace::loops) << cei;
+  }
+  EXPECT_EQ(veldnls::paceOfRow(row(U_ASCII_CE)), Pace::kernelsForAll);
+}
+
+// What one stage of two has just written in pieces isn't loaded at once by the other.
+TEST(MultiByteSetup, StagesOfTwo) {
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_EUCJP_CE);
+  EXPECT_EQ(pipeline->source.stage,
+            veldnls::multibyteToUnicode(CharacterRule::leadByte, U_L_UNICODE_CE, Pace::kernels));
+  EXPECT_EQ(pipeline->target.stage,
+            veldnls::unicodeToMultibyte(veldnls::TargetRule::pairs, U_L_UNICODE_CE, Pace::kernels));
+}
+
 // What the inner loops rely on: a pointer to a set's pairs leads to the set, no set has a unit that UTF-16 doesn't
 // take, and in no row is the blank, or a code that begins like a shift sequence, the code of another character.
 TEST(MultiByteSetup, WhatTheStagesRelyOn) {
@@ -87,9 +108,13 @@ TEST(MultiByteSetup, WhatTheStagesRelyOn) {
     if (cei == U_ISO2022KR_CE || cei == U_ISO2022CNGB_CE || cei == U_ISO2022CNCNS_CE) continue;
     const char16_t blank = set.lookUp(profile.doubleBlank[0], profile.doubleBlank[1]);
     EXPECT_TRUE(blank == 0 || blank == 0x3000) << cei;
-    for (uint32_t second = 0; profile.shiftLength != 0 && second < 0x100; ++second) {
-      EXPECT_EQ(set.lookUp(profile.shiftOut[0], second), 0) << cei;
-      EXPECT_EQ(set.lookUp(profile.shiftIn[0], second), 0) << cei;
+    for (uint32_t other = 0; profile.shiftLength != 0 && other < 0x100; ++other) {
+      for (const uint8_t shift : {profile.shiftOut[0], profile.shiftIn[0]}) {
+        EXPECT_EQ(set.lookUp(shift, other), 0) << cei;
+        if (profile.shiftLength == 1) {
+          EXPECT_EQ(set.lookUp(other, shift), 0) << cei;
+        }
+      }
     }
   }
 }
