@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "modules/qznlssb/tables.h"
 #include "core/text/utf_ebcdic.h"
+#include "modules/qznlssb/tables.h"
 
 namespace test {
 
