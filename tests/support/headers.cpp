@@ -1,0 +1,1 @@
+// A library needs a source. What is compiled ahead stands with the library.
