@@ -109,7 +109,8 @@ std::optional<int32_t> dateFromMonthDayYear(uint32_t month, uint32_t day, uint32
 }
 
 int32_t weekdayOf(int32_t date) {
-  // 138052 days lead to a Sunday. The first days of 1582 lie ahead of it, 9 days at most.
+  // 138052 days lead to a Sunday. The first days of 1582 lie ahead of it, 9 days at most: two weeks more keep the sum
+  // positive, and the remainder the one that rounds down.
   return (date + 138052 + 14) % 7 + 1;
 }
 

@@ -1,5 +1,7 @@
 #include "locale/dates/dates.h"
 
+#include <cfenv>
+
 #include "locale/dates/format_items.h"
 #include "locale/dates/parse_items.h"
 #include "locale/numbers/missing_value.h"
@@ -20,6 +22,22 @@ NlsStatus formatSeconds(const LocaleDateTime& locale, const NlsText60& format, d
   Moment moment;
   const NlsStatus status = momentOfSeconds(seconds, &moment);
   return status == 0 ? formatItems(locale, format, moment, output, capacity, length) : status;
+}
+
+// Thousandths and two counts of seconds, added in this order with a rounding each. Thousandths are the only thing that
+// may not come out even, and only then is the thread's floating-point environment put aside. Volatile, so that nothing
+// is moved out of the place where it is.
+double sumOfSeconds(int32_t millisecond, int64_t seconds, int64_t furtherSeconds) {
+  if (millisecond == 0) return static_cast<double>(seconds + furtherSeconds);
+  std::fenv_t environment;
+  std::feholdexcept(&environment);
+  std::fesetround(FE_TONEAREST);
+  volatile double sum = millisecond;
+  sum = sum / 1000;
+  sum = sum + static_cast<double>(seconds);
+  sum = sum + static_cast<double>(furtherSeconds);
+  std::fesetenv(&environment);
+  return sum;
 }
 
 }  // namespace
@@ -64,7 +82,7 @@ NlsStatus parseTime(const LocaleDateTime& locale, const char16_t* text, int32_t 
   DateTimeFields fields;
   const NlsStatus status = parseItems(locale, format, text, length, &fields, consumed);
   if (status != 0) return status;
-  *seconds = (fields.hour * 60 + fields.minute) * 60 + fields.second + fields.millisecond / 1000.0;
+  *seconds = sumOfSeconds(fields.millisecond, (fields.hour * 60 + fields.minute) * 60 + fields.second, 0);
   return 0;
 }
 
@@ -78,7 +96,7 @@ NlsStatus parseDateTime(const LocaleDateTime& locale, const char16_t* text, int3
                                          static_cast<uint32_t>(fields.year));
   if (!date) return nlsDateResultMissing;
   const int64_t minutes = fields.minute + 60 * (fields.hour + 24 * int64_t{*date});
-  *seconds = fields.millisecond / 1000.0 + fields.second + static_cast<double>(60 * minutes);
+  *seconds = sumOfSeconds(fields.millisecond, fields.second, 60 * minutes);
   *consumed = used;
   return 0;
 }

@@ -42,6 +42,7 @@ int64_t secondsFromFirst(int64_t whole, uint64_t fraction) {
 }  // namespace
 
 NlsStatus momentOfDate(int32_t date, Moment* moment) {
+  // The slots only bring dates of the calendar, all of which have a year; whoever else calls is told.
   if (date < firstDate || date >= endDate) return nlsDateOutOfRange;
   const auto calendar = calendarFromJulian(julianFromDate(date));
   if (!calendar) return nlsNoCalendarYear;

@@ -1,13 +1,17 @@
 // The slots for dates and times of en_US, and what all locales share.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <bit>
+#include <cfenv>
 #include <cmath>
 #include <functional>
 #include <limits>
 
 #include "locale/dates_days.h"
 #include "locale/locale_object_support.h"
+#include "support/death.h"
 #include "support/guard.h"
 
 namespace {
@@ -148,6 +152,29 @@ TEST_F(DatesSlots, MillisecondsAreReadAsThreeDigits) {
   locale->record->dateTime.dateTimeFormat = test::counted(u"%Y%m%d %H%M%S%s");
   EXPECT_EQ(test::parseDateTime(locale, u"19591231 235959750"), (ReadSeconds{0, -0.25, 18}));
   EXPECT_EQ(test::parseDateTime(locale, u"19600102 000000001"), (ReadSeconds{0, 86400.001, 18}));
+}
+
+// Only a format with thousandths makes a value that has to be rounded.
+TEST_F(DatesSlots, MillisecondsAreTheSameInEveryStateOfFloatingPoint) {
+  locale->record->dateTime.timeFormat24 = test::counted(u"%H:%M:%S.%s");
+  locale->record->dateTime.dateTimeFormat = test::counted(u"%Y%m%d %H%M%S%s");
+  const test::Ending ending = test::runInChild([&] {
+    for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+      std::fesetround(rounding);
+      std::feclearexcept(FE_ALL_EXCEPT);
+      feenableexcept(FE_ALL_EXCEPT);
+      double time = 0;
+      double both = 0;
+      int32_t consumed = 0;
+      locale->parseTime(locale, u"13:00:01.001", 12, 1, &time, &consumed);
+      locale->parseDateTime(locale, u"19600102 000000001", 18, 0, &both, &consumed);
+      if (time != 46801.001 || both != 86400.001 || std::fegetround() != rounding) _exit(1);
+      if (fegetexcept() != FE_ALL_EXCEPT || std::fetestexcept(FE_ALL_EXCEPT) != 0) _exit(2);
+    }
+    _exit(7);
+  });
+  EXPECT_EQ(ending.signal, 0);
+  EXPECT_EQ(ending.exitCode, 7);
 }
 
 TEST_F(DatesSlots, ParseDateTimeExamples) {
