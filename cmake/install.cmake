@@ -47,3 +47,7 @@ install(TARGETS veld RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 install(FILES apps/veld/veld.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
 install(FILES apps/veld/veld.bash-completion
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME veld COMPONENT tool)
+
+# ---- whose facts the tree holds; each package has its own copy ----
+
+install(FILES COPYRIGHT DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/veldnls RENAME copyright COMPONENT documents)

@@ -36,4 +36,11 @@ set(CPACK_DEBIAN_TOOL_DESCRIPTION "Text between encodings, by the veldnls librar
 The program veld converts files between any two encodings of the library, and
 shows its encoding table.")
 
+# Where Debian looks for it, and only in packages.
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER ${component} veldnls_component)
+  install(FILES COPYRIGHT DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${veldnls_component}_PACKAGE_NAME}
+    RENAME copyright COMPONENT ${component} EXCLUDE_FROM_ALL)
+endforeach()
+
 include(CPack)

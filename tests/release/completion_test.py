@@ -46,6 +46,20 @@ class Completion(unittest.TestCase):
         self.assertEqual(len(every), len(set(every)))
         self.assertFalse({"CEI", "encoding", "name"} & set(every))
 
+    def test_locales(self):
+        for words in (["format", "-l"], ["parse", "--locale"], ["parse", "--locale", "="], ["locales"]):
+            self.assertEqual(sorted(offers(*words, "DE_")), ["de_AT", "de_CH", "de_DE", "de_LI", "de_LU"], words)
+        self.assertEqual(len(offers("locales", "")), 132)
+
+    def test_kinds_of_values(self):
+        kinds = ["date", "datetime", "hex", "integer", "money", "number", "percent", "time"]
+        self.assertEqual(sorted(offers("parse", "")), kinds)
+        self.assertEqual(sorted(offers("format", "")), sorted([*kinds, "octal"]))
+        self.assertEqual(offers("format", "number", ""), [""])  # nothing
+        self.assertEqual(offers("format", "time", "--form", ""), ["12", "24"])
+        self.assertEqual(offers("format", "date", "--form", "f"), ["full"])
+        self.assertEqual(offers("format", "number", "--as", "b"), ["best"])
+
     def test_values(self):
         self.assertEqual(offers("convert", "--on-loss", ""), ["substitute", "fail"])
         self.assertEqual(offers("--session-language", "K"), ["KOREAN"])

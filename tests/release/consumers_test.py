@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 import unittest
 
-from release import BUILD, cached, library_folder, run
+from release import BUILD, SOURCE, cached, library_folder, run
 
 HERE = pathlib.Path(__file__).resolve().parent
 STRICT = ["-Wall", "-Wextra", "-Wconversion", "-Wpedantic", "-Werror"]
@@ -71,6 +71,11 @@ class Consumers(unittest.TestCase):
                           'message("${veldnls_CONSIDERED_VERSIONS} ${veldnls_FOUND}")\n')  # fmt: skip
         answer = run("cmake", f"-Dfolder={self.libraries}/cmake", "-P", script)
         self.assertEqual(answer, f"{cached('CMAKE_PROJECT_VERSION')} 0\n")
+
+    def test_one_copyright_for_the_whole_tree(self):
+        found = [path.relative_to(self.prefix) for path in self.prefix.rglob("copyright")]
+        self.assertEqual(found, [pathlib.Path("share/doc/veldnls/copyright")])
+        self.assertEqual((self.prefix / found[0]).read_text(), (SOURCE / "COPYRIGHT").read_text())
 
     def test_the_tool_finds_the_module_of_its_tree(self):
         answer = run(self.prefix / "bin/veld", "info")

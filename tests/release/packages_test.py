@@ -32,6 +32,8 @@ EXPECTED = {
     },
     TOOL: {"usr/bin/veld", "usr/share/bash-completion/completions/veld", "usr/share/man/man1/veld.1"},
 }
+for package, files in EXPECTED.items():
+    files.add(f"usr/share/doc/{package}/copyright")
 PROGRAMS = {"usr/bin/veld"}
 LINE = re.compile(r"(\S)(\S{9}) (\S+) +\d+ \S+ \S+ \./(.*)")
 
@@ -98,6 +100,22 @@ class Packages(unittest.TestCase):
             self.assertGreater(len(lines), 1, package)
             for line in lines[1:]:
                 self.assertRegex(line, r"^ \S", package)
+
+    # The text of a licence stands there indented, a point in place of an empty line.
+    def test_copyright(self):
+        notice = (SOURCE / "data/locale/LICENSE-unicode.txt").read_text().split()
+        folders = {f"data/{path.name}" for path in (SOURCE / "data").iterdir()}
+        self.assertGreaterEqual(len(folders), 6)
+        for package in EXPECTED:
+            text = (self.root / f"usr/share/doc/{package}/copyright").read_text()
+            words = " ".join(word for word in text.split() if word != ".")
+            self.assertIn(" ".join(notice), words, package)
+            self.assertIn("UNICODE LICENSE V3 COPYRIGHT AND PERMISSION NOTICE", words, package)
+            for folder in folders:
+                self.assertIn(f" {folder}/*", text, package)
+            named = set(re.findall(r"[-\w.]+", " ".join(re.findall(r"^License: (.*)$", text, re.MULTILINE)))) - {"and"}
+            for licence in named:
+                self.assertRegex(text, rf"(?m)^License: {re.escape(licence)}\n ", package)
 
     def test_the_unpacked_tool_converts(self):
         veld = self.root / "usr/bin/veld"

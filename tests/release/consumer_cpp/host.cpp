@@ -11,6 +11,7 @@ int main() {
   void* object = nullptr;
   if (VELDNLSLIB(5, reinterpret_cast<void**>(&vector), &object) != 0) return 2;
   const int result = sayHello(static_cast<QZNLS*>(object));
+  hsmemterm(&vector, memory.context);
   xmterm(&vector, memory.context);
   return result;
 }
