@@ -1,6 +1,6 @@
 #include "character_form.h"
 
-#include <algorithm>
+#include <cstring>
 
 #include "names.h"
 #include "unicode_scan.h"
@@ -24,6 +24,19 @@ size_t utf8LengthByLead(uint8_t lead) {
   if (lead < 0xF0) return 3;
   if (lead < 0xF8) return 4;
   return lead < 0xFC ? 5 : 6;
+}
+
+// Of bytes that are rare.
+size_t countOf(uint8_t byte, Bytes text) {
+  size_t count = 0;
+  const uint8_t* const end = text.data() + text.size();
+  for (const uint8_t* place = text.data(); place != end; ++place) {
+    const void* const found = std::memchr(place, byte, static_cast<size_t>(end - place));
+    if (found == nullptr) break;
+    place = static_cast<const uint8_t*>(found);
+    ++count;
+  }
+  return count;
 }
 
 // What the library takes for one character, sound or not: a lead byte and the trail bytes behind it.
@@ -117,8 +130,7 @@ bool CharacterForm::hasPlainLineEnds() const {
 }
 
 size_t CharacterForm::countLineEnds(Bytes text) const {
-  const auto count = [text](uint8_t byte) { return static_cast<size_t>(std::count(text.begin(), text.end(), byte)); };
-  return ebcdic_ ? count(ebcdicLineEnds[0]) + count(ebcdicLineEnds[1]) : count(lineFeed);
+  return ebcdic_ ? countOf(ebcdicLineEnds[0], text) + countOf(ebcdicLineEnds[1], text) : countOf(lineFeed, text);
 }
 
 }  // namespace veld

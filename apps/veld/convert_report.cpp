@@ -6,6 +6,7 @@
 
 #include "json_report.h"
 #include "names.h"
+#include "text.h"
 
 namespace veld {
 
@@ -25,7 +26,7 @@ Json describe(const Loss& loss) {
 
 void ConvertReport::say(const std::string& sentence) {
   progress_.clear();
-  std::cerr << "veld: " << sentence << '\n';
+  std::cerr << "veld: " << onOneLine(sentence) << '\n';
 }
 
 void ConvertReport::warn(const std::vector<std::string>& warnings) {

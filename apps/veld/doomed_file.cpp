@@ -1,6 +1,5 @@
 #include "doomed_file.h"
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -33,5 +32,14 @@ void removeAtSignals(const char* path) {
     sigaction(number, &action, nullptr);
   }
 }
+
+EndingSignalsHeld::EndingSignalsHeld() {
+  sigset_t held;
+  sigemptyset(&held);
+  for (const int number : endingSignals) sigaddset(&held, number);
+  sigprocmask(SIG_BLOCK, &held, &before_);
+}
+
+EndingSignalsHeld::~EndingSignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
 
 }  // namespace veld

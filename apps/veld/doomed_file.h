@@ -1,10 +1,24 @@
 // The file that must not outlive this program.
 #pragma once
 
+#include <signal.h>
+
 namespace veld {
 
 // From now on a signal that ends the program (interrupt, termination, hang-up, file size) removes this file first; null
 // forgets it. The text must stay. Signals that are ignored stay ignored.
 void removeAtSignals(const char* path);
+
+// Holds such signals back while it lives, so that none comes between making the file and naming it.
+class EndingSignalsHeld {
+ public:
+  EndingSignalsHeld();
+  ~EndingSignalsHeld();
+  EndingSignalsHeld(const EndingSignalsHeld&) = delete;
+  EndingSignalsHeld& operator=(const EndingSignalsHeld&) = delete;
+
+ private:
+  sigset_t before_;
+};
 
 }  // namespace veld

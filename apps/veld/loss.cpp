@@ -52,7 +52,9 @@ std::string hexBytes(Bytes bytes) {
 std::string codePoint(char32_t character) { return "U+" + hexDigits(character, 4); }
 
 LossJudge::LossJudge(QZNLS& nls, CEI from)
-    : nls_(nls), from_(from), form_(nls, from), toUtf32_(makePipeline(nls, from, U_L_UCS4_CE)) {}
+    : nls_(nls), from_(from), form_(nls, from), toUtf32_(makePipeline(nls, from, U_L_UCS4_CE)) {
+  if (from == U_UTFE_CE) utfEbcdic_.emplace(nls);
+}
 
 // What the library's validation says of a character.
 bool LossJudge::isFaultInText(Bytes bytes, bool inDouble) const {
@@ -65,15 +67,16 @@ bool LossJudge::isFaultInText(Bytes bytes, bool inDouble) const {
 }
 
 bool LossJudge::isMalformed(Bytes bytes, bool inDouble) const {
+  Unwritable none;
   switch (form_.row().encodingClass) {
     case NLS_CLASS_SINGLE_BYTE:
       return false;
     case NLS_CLASS_UTF8:
       return from_ == U_UTF8_CE &&
-             (isFaultInText(bytes, false) || Utf8Scan(Unwritable{}, firstBeyondUnicode).find(bytes));
+             (isFaultInText(bytes, false) || Utf8Scan(none, firstBeyondUnicode).find(bytes, none));
     case NLS_CLASS_UTF32:
       // The library's rule ends far below the last character.
-      return bytes.size() < utf32Unit || findNoCharacter(bytes, byteOrderOf(from_), Unwritable{});
+      return bytes.size() < utf32Unit || findNoCharacter(bytes, byteOrderOf(from_), none);
     default:
       break;
   }
@@ -88,6 +91,7 @@ bool LossJudge::isMalformed(Bytes bytes, bool inDouble) const {
 }
 
 std::optional<char32_t> LossJudge::read(Bytes bytes, bool inDouble) const {
+  if (utfEbcdic_) return utfEbcdic_->read(bytes);
   if (toUtf32_ == nullptr) return std::nullopt;
   std::array<uint8_t, room> output;
   const Converted converted = convertShort(*toUtf32_, bytes, output, inDouble);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "character_form.h"
+#include "utf_ebcdic_scan.h"
 
 namespace veld {
 
@@ -51,6 +52,7 @@ class LossJudge {
   CEI from_;
   CharacterForm form_;
   Pipeline toUtf32_;
+  std::optional<UtfEbcdicScan> utfEbcdic_;  // of that source
 };
 
 }  // namespace veld

@@ -11,6 +11,7 @@
 #include "failure.h"
 #include "host_services.h"
 #include "info.h"
+#include "locale_commands.h"
 #include "module.h"
 #include "names.h"
 #include "text.h"
@@ -31,11 +32,11 @@ What the library doesn't report, this program adds:
   - A replaced character is found by running its block again.
   - Bytes of a single-byte FROM that have no meaning there count as substituted, and so do bytes that another
     single-byte TO has only under another meaning.
-  - So do single bytes of a multi-byte FROM that have no meaning there, an ESC or another byte that begins a shift
-    sequence which isn't one, and characters, as controls or small letters, that a multi-byte TO reads as others.
+  - So do single bytes of a multi-byte FROM that have no meaning there, and an ESC or another byte that begins a
+    shift sequence which isn't one.
   - Bytes from 80 on count as substituted when TO us-ascii takes the text as it is.
-  - Best fits of the library's tables and codes that a table writes but doesn't read don't count: half-width katakana to
-    fujitsu-jp, hitachi-jp, hitquo-jp, nec-jp and dec-jp, and some symbols to iso2022jp, are written all the same.
+  - Characters that a code page TO takes and doesn't give back count as substituted: those with a best fit, as letters
+    without their accent in ms-936, and those that are written as codes which the page reads as others or not at all.
   - Unpaired surrogates and values beyond U+10FFFF count as malformed in every Unicode form.
   - Characters of plane 16 count as substituted from utf-8 to utf-8, utf-16 and utf-e, and all beyond U+FFFF to gb18030.
   - FROM utf-16be, plain to open EBCDIC pages (as ebcdic1047 to open_ed-1047), single to multi-byte encodings and back,
@@ -163,6 +164,7 @@ struct CommandLine {
   veld::ValidateArguments validate;
   DiffArguments diff;
   EncodingsArguments encodings;
+  veld::LocaleCommands locale;
 };
 
 void describe(CLI::App& app, CommandLine& line) {
@@ -181,6 +183,7 @@ void describe(CLI::App& app, CommandLine& line) {
   addValidate(app, line.validate);
   addDiff(app, line.diff);
   addEncodings(app, line.encodings);
+  line.locale.addTo(app);
   app.add_subcommand("info", "Show versions, and the encoding and locale of the host")->fallthrough();
 }
 
@@ -191,6 +194,8 @@ int run(const CLI::App& app, const CommandLine& line) {
   if (app.got_subcommand("convert")) return veld::convert(nls, line.convert);
   if (app.got_subcommand("validate")) return veld::validate(nls, line.validate);
   if (app.got_subcommand("diff")) return veld::diff(nls, line.diff.a, line.diff.b, formatOf(line.diff.json));
+  int result = veld::exitWhole;
+  if (line.locale.run(nls, result)) return result;
   if (app.got_subcommand("encodings")) {
     veld::printEncodings(nls, line.encodings.name, formatOf(line.encodings.json));
   } else {
@@ -214,7 +219,8 @@ int leave(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining();
     if (app.get_subcommands().empty() && !unknown.empty()) {
       std::cerr << "veld: \"" << unknown.front()
-                << "\" is no command or option; the commands are convert, validate, diff, encodings and info (\"veld "
+                << "\" is no command or option; the commands are convert, validate, diff, encodings, locales, format, "
+                   "parse and info (\"veld "
                    "--help\" tells more)\n";
     } else {
       app.exit(error);
@@ -245,7 +251,7 @@ int main(int argc, char** argv) {
     if (!std::cout.flush()) throw veld::Failure("standard output can't be written; is its device full?");
     return result;
   } catch (const std::exception& error) {
-    std::cerr << "veld: " << error.what() << '\n';
+    std::cerr << "veld: " << veld::onOneLine(error.what()) << '\n';
     return veld::exitNotDone;
   }
 }

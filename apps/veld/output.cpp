@@ -62,6 +62,7 @@ Output::Output(const std::string& path) : path_("standard output"), file_(STDOUT
 }
 
 void Output::openBeside() {
+  const EndingSignalsHeld held;
   temporary_ = path_ + ".XXXXXX";
   file_ = mkostemp(temporary_.data(), O_CLOEXEC);
   if (file_ < 0) {
@@ -98,7 +99,7 @@ void Output::write(Bytes bytes) {
     if (count >= 0) {
       bytes = bytes.subspan(static_cast<size_t>(count));
     } else if (errno != EINTR) {
-      throw systemFailure(path_, "can't be written", errno, roomCure);
+      throw systemFailure(path_, "can't be written", errno, errno == EPIPE ? "its reader ended early" : roomCure);
     }
   }
 }

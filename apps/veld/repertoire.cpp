@@ -46,7 +46,7 @@ Repertoire::Repertoire(QZNLS& nls, CEI cei)
 void Repertoire::findCharacters(QZNLS& nls) {
   const Pipeline fromUtf16 = makePipeline(nls, U_L_UNICODE_CE, cei_);
   if (fromUtf16 == nullptr) return findReadable();
-  const Unwritable unwritable = findUnwritable(nls, cei_);
+  Unwritable unwritable(nls, cei_);
   std::array<uint8_t, room> output;
   for (char32_t c = 0; c < beyondBmp; ++c) {
     if (isSurrogate(c) || unwritable.has(c)) continue;

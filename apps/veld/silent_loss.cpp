@@ -30,20 +30,12 @@ std::optional<std::array<uint8_t, byteValues>> mapAllBytes(const Pipeline& pipel
 
 bool passesThroughUtf16(int32_t targetClass) { return targetClass == NLS_CLASS_UTF8 || targetClass == NLS_CLASS_UTF16; }
 
-uint8_t firstByteOf(TranscodingPipeline& fromUtf32, char32_t character) {
-  const Bytes text(reinterpret_cast<const uint8_t*>(&character), sizeof character);
-  std::array<uint8_t, room> output{};
-  convertShort(fromUtf32, text, output);
-  return output[0];
-}
-
 }  // namespace
 
-SilentLoss::SilentLoss(QZNLS& nls, CEI from, CEI to) : characters_(nls, from) {
+SilentLoss::SilentLoss(QZNLS& nls, CEI from, CEI to)
+    : characters_(nls, from), order_(byteOrderOf(from)), unwritable_(nls, to) {
   if (passesAsItIs(nls, from, to)) return;
   const int32_t source = rowOf(nls, from).encodingClass;
-  unwritable_ = findUnwritable(nls, to);
-  order_ = byteOrderOf(from);
   if (source == NLS_CLASS_UTF16) {
     form_ = Form::utf16;
   } else if (source == NLS_CLASS_UTF32) {
@@ -52,6 +44,9 @@ SilentLoss::SilentLoss(QZNLS& nls, CEI from, CEI to) : characters_(nls, from) {
     form_ = Form::utf8;
     utf8_ =
         Utf8Scan(unwritable_, passesThroughUtf16(rowOf(nls, to).encodingClass) ? firstTrail : firstTrailBeyondUnicode);
+  } else if (from == U_UTFE_CE && unwritable_.mayHaveAny()) {
+    form_ = Form::utfEbcdic;
+    utfEbcdic_.emplace(nls);
   } else if (isMultiByte(nls, from)) {
     form_ = Form::multiByte;
     countSingles(nls, from);
@@ -66,8 +61,6 @@ void SilentLoss::countBytes(QZNLS& nls, CEI from, CEI to) {
     if (rowOf(nls, to).encodingClass == NLS_CLASS_SINGLE_BYTE) countChangedMeaning(nls, from, to);
   } else if (to == U_ASCII_CE && nls.conversionNeeded(&nls, from, to) == 0) {
     std::fill(lost_.begin() + firstBeyondAscii, lost_.end(), true);
-  } else if (from == U_UTFE_CE && unwritable_.any()) {
-    countUtfEbcdic(nls);
   }
 }
 
@@ -90,7 +83,7 @@ void SilentLoss::countChangedMeaning(QZNLS& nls, CEI from, CEI to) {
 }
 
 void SilentLoss::countSingles(QZNLS& nls, CEI from) {
-  multiByte_.emplace(rowOf(nls, from));
+  multiByte_.emplace(nls, from);
   const auto source = byteMeanings(nls, from);
   if (!source) return;
   for (size_t byte = 0; byte < byteValues; ++byte) {
@@ -99,22 +92,12 @@ void SilentLoss::countSingles(QZNLS& nls, CEI from) {
   }
 }
 
-// Characters below U+00A0 are single bytes in utf-e, which stand in no other character, and lead bytes are alike.
-void SilentLoss::countUtfEbcdic(QZNLS& nls) {
-  const Pipeline pipeline = makePipeline(nls, U_L_UCS4_CE, U_UTFE_CE);
-  if (pipeline == nullptr) return;
-  for (char32_t c = 0; c < firstBeyondSingleBytes; ++c) {
-    if (unwritable_.has(c)) lost_[firstByteOf(*pipeline, c)] = true;
-  }
-  if (!unwritable_.beyondBmp) return;
-  constexpr char32_t charactersPerLead = 0x8000;
-  for (char32_t c = 0x10000; c <= 0x10FFFF; c += charactersPerLead) lost_[firstByteOf(*pipeline, c)] = true;
-}
-
 Bytes SilentLoss::judgeable(Bytes block) const {
   switch (form_) {
     case Form::utf8:
       return utf8_.judgeable(block);
+    case Form::utfEbcdic:
+      return utfEbcdic_->judgeable(block);
     case Form::utf16:
       return withoutOpenPair(block, order_);
     case Form::utf32:
@@ -126,10 +109,12 @@ Bytes SilentLoss::judgeable(Bytes block) const {
   return block;
 }
 
-std::optional<size_t> SilentLoss::find(Bytes block) const {
+std::optional<size_t> SilentLoss::find(Bytes block) {
   switch (form_) {
     case Form::utf8:
-      return utf8_.find(block);
+      return utf8_.find(block, unwritable_);
+    case Form::utfEbcdic:
+      return utfEbcdic_->find(block, unwritable_);
     case Form::utf16:
       return findLost(block, order_, unwritable_);
     case Form::utf32:
@@ -143,7 +128,7 @@ std::optional<size_t> SilentLoss::find(Bytes block) const {
   return static_cast<size_t>(lost - block.begin());
 }
 
-std::optional<Extent> SilentLoss::firstOfMultiByte(Bytes block, const ChainState& before) const {
+std::optional<Extent> SilentLoss::firstOfMultiByte(Bytes block, const ChainState& before) {
   const Bytes held = heldSource(before);
   const bool inDouble = (before[0].flags & NLS_PROGRESS_DOUBLE_MODE) != 0;
   std::vector<uint8_t> joined;
@@ -152,17 +137,21 @@ std::optional<Extent> SilentLoss::firstOfMultiByte(Bytes block, const ChainState
     joined.insert(joined.end(), block.begin(), block.end());
     block = joined;
   }
-  const auto found = multiByte_->find(block, inDouble);
+  const auto found = multiByte_->find(block, inDouble, unwritable_);
   if (!found) return std::nullopt;
   const int64_t start = static_cast<int64_t>(found->place) - static_cast<int64_t>(held.size());
   return Extent{start, start + static_cast<int64_t>(found->length)};
 }
 
-std::optional<Extent> SilentLoss::first(Bytes block, const ChainState& before) const {
+size_t SilentLoss::lengthAt(Bytes text) const {
+  return form_ == Form::utfEbcdic ? utfEbcdic_->lengthAt(text[0]) : characters_.lengthAt(text, false);
+}
+
+std::optional<Extent> SilentLoss::first(Bytes block, const ChainState& before) {
   if (form_ == Form::multiByte) return firstOfMultiByte(block, before);
   const auto place = find(block);
   if (!place) return std::nullopt;
-  const size_t end = std::min(block.size(), *place + characters_.lengthAt(block.subspan(*place), false));
+  const size_t end = std::min(block.size(), *place + lengthAt(block.subspan(*place)));
   return Extent{static_cast<int64_t>(*place), static_cast<int64_t>(end)};
 }
 

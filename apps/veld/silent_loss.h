@@ -8,6 +8,7 @@
 #include "locate.h"
 #include "multi_byte_scan.h"
 #include "unicode_scan.h"
+#include "utf_ebcdic_scan.h"
 
 namespace veld {
 
@@ -21,7 +22,7 @@ namespace veld {
 //                          bits; the UTF-8 and UTF-EBCDIC targets pass through UTF-16
 //   UTF-16                 unpaired surrogates
 //   UTF-32                 surrogates and values beyond U+10FFFF
-//   multi-byte target      the characters of Unwritable
+//   code page as target    the characters of Unwritable
 // Nothing counts where a wild card takes the text as it is.
 class SilentLoss {
  public:
@@ -34,25 +35,26 @@ class SilentLoss {
   Bytes judgeable(Bytes block) const;
 
   // The first character in such a part that is lost. `before` is the state ahead of the block.
-  std::optional<Extent> first(Bytes block, const ChainState& before) const;
+  std::optional<Extent> first(Bytes block, const ChainState& before);
 
  private:
-  enum class Form { bytes, multiByte, utf8, utf16, utf32 };
+  enum class Form { bytes, multiByte, utf8, utfEbcdic, utf16, utf32 };
   using ByteSet = std::array<bool, 256>;
 
   void countBytes(QZNLS& nls, CEI from, CEI to);
   void countWithoutMeaning(QZNLS& nls, CEI from);
   void countChangedMeaning(QZNLS& nls, CEI from, CEI to);
   void countSingles(QZNLS& nls, CEI from);
-  void countUtfEbcdic(QZNLS& nls);
-  std::optional<Extent> firstOfMultiByte(Bytes block, const ChainState& before) const;
-  std::optional<size_t> find(Bytes block) const;
+  std::optional<Extent> firstOfMultiByte(Bytes block, const ChainState& before);
+  std::optional<size_t> find(Bytes block);
+  size_t lengthAt(Bytes text) const;
 
   CharacterForm characters_;
   Form form_ = Form::bytes;
   ByteOrder order_ = ByteOrder::little;
   Unwritable unwritable_;
   Utf8Scan utf8_;
+  std::optional<UtfEbcdicScan> utfEbcdic_;
   std::optional<MultiByteScan> multiByte_;
   ByteSet lost_{};
 };

@@ -12,6 +12,9 @@ namespace veld {
 std::u16string toUtf16(QZNLS& nls, std::string_view text);
 std::string toUtf8(QZNLS& nls, std::u16string_view text);
 
+// A message in which names may stand as they were given: control characters become escapes, as \n and \x1B.
+std::string onOneLine(std::string_view text);
+
 // The number as "803FE809", or "0x803FE809", with at least `digits` digits.
 std::string hexDigits(uint32_t value, int digits);
 std::string hexNumber(uint32_t value, int digits);

@@ -6,6 +6,7 @@ namespace veld {
 size_t TextPlace::passShift(Bytes text) {
   if (!form_.isShifted()) return 0;
   const MultiByteProfile& profile = form_.row().profile;
+  if (text[0] != profile.shiftOut[0] && text[0] != profile.shiftIn[0]) return 0;
   if (startsWithShift(text, profile.shiftOut, profile.shiftLength)) {
     inDouble_ = true;
   } else if (startsWithShift(text, profile.shiftIn, profile.shiftLength)) {

@@ -5,6 +5,7 @@
 #include "json_report.h"
 #include "loss.h"
 #include "names.h"
+#include "text.h"
 
 namespace veld {
 
@@ -25,8 +26,8 @@ void ValidateReport::addFault(const Fault& fault) {
   const std::string bytes = hexBytes(fault.bytes);
   ++faults_;
   if (format_ == ReportFormat::text) {
-    std::cout << file_ << ": offset " << fault.offset << ", line " << fault.line << ", column " << fault.column
-              << ": malformed in " << displayName(nls_, encoding_) << " at " << bytes << '\n';
+    std::cout << onOneLine(file_) << ": offset " << fault.offset << ", line " << fault.line << ", column "
+              << fault.column << ": malformed in " << displayName(nls_, encoding_) << " at " << bytes << '\n';
     return;
   }
   const Json object{{"offset", fault.offset}, {"line", fault.line}, {"column", fault.column}, {"bytes", bytes}};
@@ -48,10 +49,11 @@ void ValidateReport::end(uint64_t bytes, bool wholeFile) {
     const std::string tail = toLine(object);
     std::cout << "]," << tail.substr(1);
   } else if (faults_ == 0) {
-    std::cout << file_ << ": valid " << displayName(nls_, encoding_) << ", " << bytes << " bytes\n";
+    std::cout << onOneLine(file_) << ": valid " << displayName(nls_, encoding_) << ", " << bytes << " bytes\n";
   } else {
     if (wholeFile)
-      std::cout << file_ << ": " << faults_ << (faults_ == 1 ? " fault in " : " faults in ") << bytes << " bytes\n";
+      std::cout << onOneLine(file_) << ": " << faults_ << (faults_ == 1 ? " fault in " : " faults in ") << bytes
+                << " bytes\n";
     tellNarrowRules();
   }
   std::cout.flush();
@@ -62,7 +64,7 @@ void ValidateReport::fail(const std::string& file, const std::string& sentence) 
   progress_.clear();
   if (format_ == ReportFormat::text) {
     std::cout.flush();
-    std::cerr << "veld: " << sentence << '\n';
+    std::cerr << "veld: " << onOneLine(sentence) << '\n';
     return;
   }
   if (file_ == file) {

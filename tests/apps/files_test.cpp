@@ -132,6 +132,23 @@ TEST(VeldFiles, MessagesStayOutOfTheOutput) {
   EXPECT_EQ(closed.exitCode, 2);
 }
 
+// A name is what others choose: a line stays a line, and a terminal what it is.
+TEST(VeldFiles, ControlCharactersInNamesAreShownAsEscapes) {
+  const Folder folder;
+  const std::string odd = folder.write("a\nb\x1B[31m\x7F", bytes("61 CE 94"));
+  const Outcome lossy = convert("utf-8", "wlatin1", "", {odd});
+  EXPECT_EQ(lineCount(lossy.errors), 1u) << lossy.errors;
+  EXPECT_TRUE(contains(lossy.errors, "/a\\nb\\x1B[31m\\x7F: offset 1, ")) << lossy.errors;
+  const Outcome valid = runVeld({.arguments = {"validate", odd}});
+  EXPECT_EQ(lineCount(valid.output), 1u) << valid.output;
+  EXPECT_TRUE(contains(valid.output, "/a\\nb\\x1B[31m\\x7F: valid utf-8")) << valid.output;
+  const Outcome fault = runVeld({.arguments = {"validate", "--all", "-f", "utf-16le", odd}});
+  EXPECT_EQ(lineCount(fault.output), 2u) << fault.output;
+  EXPECT_EQ(lineCount(runVeld({.arguments = {"validate", odd + "\n"}}).errors), 1u);
+  EXPECT_EQ(lineCount(convert("utf-8", "wlatin1", "", {odd + "\n"}).errors), 1u);
+  EXPECT_EQ(lineCount(convert("x\ny", "wlatin1", "").errors), 1u);
+}
+
 TEST(VeldFiles, ASignalLeavesNoFileBeside) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     const Folder folder;

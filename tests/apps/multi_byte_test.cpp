@@ -184,6 +184,52 @@ TEST(VeldMultiByte, CharactersThatDontComeBackCountAsSubstituted) {
   expectWhole(convert("utf-8", "ibm-939", bytes("C2 85 0A")), "25 15");
 }
 
+// Best fits, and codes that a page writes and reads as something else or not at all.
+TEST(VeldMultiByte, BestFitsCountAsSubstituted) {
+  const auto expectNoPlace = [](const char* from, const char* to, std::string_view input, std::string_view words) {
+    SCOPED_TRACE(std::string(from) + " to " + to);
+    const Outcome outcome = convert(from, to, bytes(input));
+    expectLoss(outcome, hex(outcome.output), "offset 1, line 1, column 2",
+               std::string(words) + " has no place in " + to + ", the first loss in this file");
+  };
+  expectNoPlace("utf-8", "ms-936", "61 C3 80 62", "C3 80 (U+00C0)");
+  expectNoPlace("utf-8", "fujitsu-jp", "61 EF BD B1 62", "EF BD B1 (U+FF71)");
+  expectNoPlace("utf-8", "iso2022jp", "61 E2 91 A0", "E2 91 A0 (U+2460)");
+  expectNoPlace("utf-8", "euc-jp", "61 E3 80 9C", "E3 80 9C (U+301C)");
+  expectNoPlace("utf-8", "wvietnamese", "61 CD 80 62", "CD 80 (U+0340)");
+  expectNoPlace("wlatin1", "ms-936", "61 C0 62", "C0 (U+00C0)");
+  expectNoPlace("shift-jis", "nec-jp", "61 B1 62", "B1 (U+FF71)");
+  expectNoPlace("shift-jis", "iso2022jp", "61 87 40 62", "87 40 (U+2460)");
+  // Places in code units and behind shifts.
+  EXPECT_TRUE(contains(convert("utf-16be", "ms-936", bytes("00 61 00 C0 00 62")).errors, "offset 2, line 1, column 2"));
+  EXPECT_TRUE(contains(convert("utf-32le", "ms-936", bytes("0A 00 00 00 C0 00 00 00")).errors,
+                       "offset 4, line 2, column 1: C0 00 00 00 (U+00C0) has no place in ms-936"));
+  EXPECT_TRUE(contains(convert("gb18030", "ms-936", bytes("61 81 30 86 38 62")).errors,
+                       "offset 1, line 1, column 2: 81 30 86 38 (U+00C0) has no place in ms-936"));
+  EXPECT_TRUE(contains(convert("ibm-939", "euc-jp", bytes("0E 44 81 43 A1 0F")).errors,
+                       "offset 3, line 1, column 2: 43 A1 (U+301C) has no place in euc-jp"));
+  const std::string host = convert("utf-8", "utf-e", bytes("61 C3 80")).output;
+  EXPECT_TRUE(contains(convert("utf-e", "ms-936", host).errors, "offset 1, line 1, column 2: 8A 41 (U+00C0) has no"));
+}
+
+// What comes back as itself is no loss.
+TEST(VeldMultiByte, CharactersThatComeBackAreWhole) {
+  expectWhole(convert("utf-8", "ms-936", bytes("C3 A0 E4 B8 AD")), "A8 A4 D6 D0");
+  expectWhole(convert("utf-8", "shift-jis", bytes("EF BD 9E EF BD B1")), "81 60 B1");
+}
+
+TEST(VeldMultiByte, BestFitsAreLocatedInEveryBlock) {
+  for (size_t ahead = 65530; ahead <= 65540; ++ahead) {
+    SCOPED_TRACE(ahead);
+    const Outcome outcome = convert("utf-8", "euc-jp", times(ahead, "a") + bytes("E3 80 9C 62"));
+    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ", line 1, column " +
+                                             std::to_string(ahead + 1) + ": E3 80 9C (U+301C) has no place"))
+        << outcome.errors;
+    const Outcome stopped = convert("utf-8", "euc-jp", times(ahead, "a") + bytes("E3 80 9C 62"), {"--on-loss", "fail"});
+    EXPECT_EQ(stopped.output.size(), ahead);
+  }
+}
+
 // Only the low 16 bits of a character are looked up.
 TEST(VeldMultiByte, CharactersBeyondFfffToGb18030CountAsSubstituted) {
   for (const auto& [from, text] : {std::pair<const char*, const char*>{"utf-8", "61 F0 9E 80 80"},

@@ -41,6 +41,8 @@ TEST(VeldReport, EachReasonOfALoss) {
     "bytes": "C0 80", "reason": "malformed"}])"));
   EXPECT_EQ(loss("wlatin1", "utf-8", "81"), Json::parse(R"([{"offset": 0, "line": 1, "column": 1,
     "bytes": "81", "reason": "unassigned"}])"));
+  EXPECT_EQ(loss("utf-8", "iso2022jp", "E2 91 A0 E2 91 A1"), Json::parse(R"([{"offset": 0, "line": 1, "column": 1,
+    "bytes": "E2 91 A0", "reason": "unmappable", "character": "U+2460"}])"));
   EXPECT_EQ(loss("utf-8", "wlatin1", "CE 94 61 CE"), Json::parse(R"([{"offset": 0, "line": 1, "column": 1,
     "bytes": "CE 94", "reason": "unmappable", "character": "U+0394"},
     {"offset": 3, "line": 1, "column": 3, "bytes": "CE", "reason": "cut"}])"));
@@ -58,7 +60,7 @@ TEST(VeldReport, AStopIsTold) {
 TEST(VeldReport, EachFileHasAnObject) {
   const Folder folder;
   const std::string whole = folder.write("whole", "a");
-  const std::string odd = folder.write("odd \xFF name", bytes("C3"));
+  const std::string odd = folder.write("odd \xFF\n\"\\\x1B name", bytes("C3"));
   const Outcome outcome = runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1", "--report", "json", whole,
                                                  odd, folder.file("absent"), whole}});
   EXPECT_EQ(outcome.exitCode, 2);
@@ -66,7 +68,7 @@ TEST(VeldReport, EachFileHasAnObject) {
   ASSERT_EQ(reports.size(), 3u) << outcome.errors;
   EXPECT_EQ(reports[0]["file"], whole);
   EXPECT_EQ(reports[1]["losses"][0]["reason"], "cut");
-  EXPECT_TRUE(contains(reports[1]["file"].get<std::string>(), "odd \xEF\xBF\xBD name"));
+  EXPECT_TRUE(contains(reports[1]["file"].get<std::string>(), "odd \xEF\xBF\xBD\n\"\\\x1B name"));
   EXPECT_EQ(reports[2]["result"], "failed");
   EXPECT_TRUE(contains(reports[2]["error"].get<std::string>(), "can't be opened for reading"));
 }

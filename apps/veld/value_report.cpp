@@ -1,0 +1,101 @@
+#include "value_report.h"
+
+#include <algorithm>
+#include <iostream>
+#include <string_view>
+
+#include "failure.h"
+#include "lines.h"
+#include "status_names.h"
+#include "text.h"
+
+namespace veld {
+
+namespace {
+
+// Of a long text, so many characters show, and so many of them in front of the mark at most.
+constexpr size_t shownCharacters = 120;
+constexpr size_t shownInFront = 80;
+constexpr int statusDigits = 8;
+
+// A surrogate pair is one character.
+std::vector<std::u16string> charactersOf(std::u16string_view text) {
+  std::vector<std::u16string> characters;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool isPair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
+    characters.emplace_back(text.substr(i, isPair ? 2 : 1));
+    if (isPair) ++i;
+  }
+  return characters;
+}
+
+size_t characterAt(std::u16string_view text, size_t place) { return charactersOf(text.substr(0, place)).size(); }
+
+bool isControl(const std::u16string& character) {
+  return character[0] < 0x20 || (character[0] >= 0x7F && character[0] < 0xA0);
+}
+
+// The text, and a mark under one of its characters, or behind them. Controls show as U+FFFD, one place wide.
+void printMarked(QZNLS& nls, std::u16string_view text, std::optional<size_t> place) {
+  const std::vector<std::u16string> characters = charactersOf(text);
+  const size_t mark = place ? characterAt(text, *place) : 0;
+  const size_t first = mark > shownInFront ? mark - shownInFront : 0;
+  const size_t end = std::min(characters.size(), first + shownCharacters);
+  std::u16string shown;
+  for (size_t i = first; i < end; ++i) shown += isControl(characters[i]) ? u"\uFFFD" : characters[i];
+  std::cerr << "  " << toUtf8(nls, shown) << '\n';
+  if (place) std::cerr << "  " << std::string(mark - first, ' ') << "^\n";
+}
+
+std::string front(const Text& text) {
+  return text.line == 0 ? "veld: " : "veld: line " + std::to_string(text.line) + ": ";
+}
+
+}  // namespace
+
+void forEachText(QZNLS& nls, const std::vector<std::string>& texts, const std::function<void(const Text& text)>& take) {
+  for (const std::string& text : texts) take({toUtf16(nls, text)});
+  if (!texts.empty()) return;
+  uint64_t line = 0;
+  forEachInputLine([&](const std::string& text) { take({toUtf16(nls, text), ++line}); });
+}
+
+void ValueReport::add(const Text& text, const Outcome& outcome) {
+  if (outcome.fault) result_ = exitLoss;
+  format_ == ReportFormat::json ? addObject(text, outcome) : addSentences(text, outcome);
+}
+
+void ValueReport::addSentences(const Text& text, const Outcome& outcome) {
+  if (outcome.result) std::cout << toUtf8(nls_, *outcome.result) << '\n';
+  if (!outcome.warning.empty()) {
+    std::cerr << front(text) << outcome.warning << '\n';
+    printMarked(nls_, text.units, {});
+  }
+  if (!outcome.fault) return;
+  std::cout.flush();
+  const Fault& fault = *outcome.fault;
+  std::cerr << front(text);
+  if (fault.status != 0) std::cerr << statusText(fault.status) << ": ";
+  if (fault.place) std::cerr << "character " << characterAt(text.units, *fault.place) + 1 << ": ";
+  std::cerr << fault.reason << '\n';
+  printMarked(nls_, text.units, fault.place);
+}
+
+void ValueReport::addObject(const Text& text, const Outcome& outcome) {
+  Json object{{"text", toUtf8(nls_, text.units)}};
+  if (outcome.result) object["result"] = toUtf8(nls_, *outcome.result);
+  if (outcome.count) object["count"] = *outcome.count;
+  if (!outcome.warning.empty()) object["warning"] = outcome.warning;
+  if (outcome.fault) {
+    const Fault& fault = *outcome.fault;
+    if (fault.status != 0) {
+      object["status"] = hexNumber(fault.status, statusDigits);
+      object["name"] = statusName(fault.status);
+    }
+    if (fault.place) object["character"] = characterAt(text.units, *fault.place) + 1;
+    object["reason"] = fault.reason;
+  }
+  std::cout << toLine(object);
+}
+
+}  // namespace veld
