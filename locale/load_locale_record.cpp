@@ -81,7 +81,8 @@ void fillLocaleRecord(LocaleRecord* record, int32_t localeId) {
   copyDateTime(record->dateTime, row);
   copyNumber(record->number, row);
   copyCurrency(record->currency, row);
-  // With the bytes between fields.
+  // An assignment may leave out the bytes behind the last field. They are zeros too, so that two records of a locale
+  // are equal byte by byte.
   std::memcpy(&record->percent, &row.percent, sizeof row.percent);
   record->measurement = row.measurement;
   record->identity = row.identity;

@@ -110,12 +110,12 @@ bool loadRecord(QZLocale* locale, const char16_t* name, int32_t length) {
 }
 
 bool createMessageServices(QZLocale* locale) {
-  // A keyed list of modules.
-  constexpr int32_t params[6] = {1, 0, 1, 0x20000000, 0, 0};
+  constexpr int32_t plainLock[6] = {};
+  constexpr int32_t keyedListOfModules[6] = {1, 0, 1, 0x20000000, 0, 0};
   void* host = locale->owner->host;
-  locale->messageLock = nlsLockCreate(host, params, nullptr, "qznls Locale QZMSG lock");
+  locale->messageLock = nlsLockCreate(host, plainLock, nullptr, "qznls Locale QZMSG lock");
   if (locale->messageLock == nullptr) return false;
-  locale->messageTrack = nlsListCreate(host, params, nullptr, "qznls Locale QZMSG track");
+  locale->messageTrack = nlsListCreate(host, keyedListOfModules, nullptr, "qznls Locale QZMSG track");
   if (locale->messageTrack == nullptr) return false;
   nlsTreeSetOption(locale->messageTrack, 0, 1);
   return true;
@@ -131,6 +131,9 @@ QZLocale* createLocale(QZNLS* nls, const char16_t* name, int32_t length) {
   locale->owner = nls;
   locale->record = nlsPoolNew<LocaleRecord>(nls->pool);
   if (locale->record != nullptr && loadRecord(locale, name, length) && createMessageServices(locale)) return locale;
+  // The host sees the lock end behind the record here, and ahead of it where a locale is destroyed.
+  nlsPoolFree(nls->pool, locale->record);
+  locale->record = nullptr;
   destroyLocale(locale);
   return nullptr;
 }

@@ -26,21 +26,35 @@ typedef void* (*NlsServiceCreate)(void* host, const int32_t* params, void* journ
 typedef NlsStatus (*NlsServiceTreeSetOption)(void* tree, int32_t option, int32_t value);
 typedef NlsStatus (*NlsServiceLockAcquire)(void* lock, int32_t exclusive, int32_t wait);
 typedef NlsStatus (*NlsServiceLockRelease)(void* lock);
+
+/* Searches a keyed list: the value under the key, or null. Keys are bytes. It is called without a lock too, also while
+ * another thread inserts into the same list, which has to bear that. */
 typedef void* (*NlsServiceTreeSearch)(void* tree, void* zero1, void* zero2, const void* key, int32_t keyLength);
+/* Lists a value under a copy of a key that isn't there yet. Returns 0 when the list has taken the value. It is the
+ * list's from then on, which ends it through its `destroy` when the list itself is destroyed. After another status the
+ * library ends the value. */
 typedef NlsStatus (*NlsServiceTreeInsert)(void* tree, void* zero1, void* zero2, void* value, int32_t zero3,
                                           const void* key, int32_t keyLength, int32_t zero4);
+
 /* `*size` is the buffer's size in bytes on entry and the value's on return. Returns 0 when the option has a value. */
 typedef NlsStatus (*NlsServiceGetOption)(void* host, const char16_t* name, int32_t nameLength, int32_t type,
                                          void* buffer, int32_t* size);
 typedef NlsStatus (*NlsServiceOpenMessageBundle)(void* bundle, int32_t code, void* data, int32_t size);
+
+/* Makes an extension, or returns null when there is none of that name. It begins with NLS_EXTENSION_FIELDS and has a
+ * `release`, which gives back all that is the extension's; the library sets `destroy` to a function of its own, which
+ * calls `release` and returns its status. Each call gives a handle of its own, since each is ended once: by the
+ * library, or by the list that has taken it. */
 typedef void* (*NlsServiceLoadExtension)(void* host, const char16_t* name, int32_t nameLength, void* journal);
+
 typedef int32_t (*NlsServiceHostCodePage)(void);
 typedef uint32_t (*NlsServiceHostLocaleId)(void);
 
 /* The services that a host may replace, through VeldMemoryRecord.services. A member that is null, or that lies behind
  * `size`, means the default. The defaults are constants (lists and locks are NLS_MARKER_HANDLE) and, for the calls that
  * no server path reaches, assertion stubs that end the process. Handles made by `listCreate` and `lockCreate` of a host
- * begin with a handle header whose `destroy` ends them. Members may be called from any thread. */
+ * begin with a handle header whose `destroy` ends them. Members may be called from any thread, and by several
+ * at a time. */
 typedef struct NlsHostServices {
   uint32_t size; /* sizeof(NlsHostServices) as the host knows it */
   NlsServiceCreate listCreate;

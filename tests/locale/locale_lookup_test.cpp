@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "locale/letters.h"
 #include "locale/qznlsldb.h"
 #include "support/guard.h"
 #include "support/tsv.h"
@@ -85,23 +86,13 @@ std::optional<std::string> firstDefault(Matches matches) {
   return std::nullopt;
 }
 
-std::string upper(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(c));
-  return text;
-}
-
-std::string lower(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(c));
-  return text;
-}
-
 TEST(LocaleLookup, EveryPosixNameIsExactInEveryMode) {
   ASSERT_EQ(names().size(), 132u);
   for (const Name& row : names()) {
     std::string hyphen = row.posixName;
     hyphen[2] = '-';
     for (const uint16_t mode : allModes) {
-      for (const std::string& form : {row.posixName, hyphen, upper(row.posixName), lower(hyphen),
+      for (const std::string& form : {row.posixName, hyphen, test::upper(row.posixName), test::lower(hyphen),
                                       row.posixName + ".UTF-8", row.posixName + "@euro", hyphen + "_x", hyphen + "1"}) {
         EXPECT_EQ(find(form, mode), exact(row.posixName)) << form << " mode " << mode;
       }
@@ -111,7 +102,7 @@ TEST(LocaleLookup, EveryPosixNameIsExactInEveryMode) {
 
 TEST(LocaleLookup, LongNamesAreKnownInTheWideModeOnly) {
   for (const Name& row : names()) {
-    for (const std::string& form : {row.longName, upper(row.longName), lower(row.longName)}) {
+    for (const std::string& form : {row.longName, test::upper(row.longName), test::lower(row.longName)}) {
       EXPECT_EQ(find(form, wide), exact(row.posixName)) << form;
       EXPECT_EQ(find(form, fallback), unknownWithDefault) << form;
       EXPECT_EQ(find(form, strict), untouched) << form;
@@ -182,7 +173,7 @@ TEST(LocaleLookup, EveryTwoLetterCode) {
           EXPECT_EQ(find(code + rest, mode), expected) << code << rest << " mode " << mode;
         }
         if (code != "wl" && code != "qu") {
-          EXPECT_EQ(find(upper(code), mode), expected) << upper(code) << " mode " << mode;
+          EXPECT_EQ(find(test::upper(code), mode), expected) << test::upper(code) << " mode " << mode;
         }
       }
       for (const char* rest : {"", "_", "_QQ", "@euro"})
@@ -198,7 +189,7 @@ TEST(LocaleLookup, LanguageNamesAreKnownInTheWideModeOnly) {
     const std::string& language = f[1];
     const auto row = firstDefault([&](auto&, auto& name, unsigned) { return name == language; });
     for (const std::string& form :
-         {language, upper(language), lower(language), language + "_", language + "_Atlantis"}) {
+         {language, test::upper(language), test::lower(language), language + "_", language + "_Atlantis"}) {
       EXPECT_EQ(find(form, wide), approximated(row.value())) << form;
       EXPECT_EQ(find(form, fallback), unknownWithDefault) << form;
       EXPECT_EQ(find(form, strict), untouched) << form;

@@ -9,6 +9,7 @@
 #include <set>
 #include <thread>
 
+#include "faults/failing_memory.h"
 #include "locale/locale_object_support.h"
 #include "support/death.h"
 
@@ -17,57 +18,68 @@ namespace {
 struct Lock {
   NLS_HANDLE_FIELDS
   std::mutex mutex;
+  std::vector<int32_t> params;
 };
 
 struct List {
   NLS_HANDLE_FIELDS
   std::mutex mutex;
-  std::map<std::string, void*> entries;  // by the bytes of the key
+  std::map<std::string, NlsExtension*> entries;  // by the bytes of the key; the list's own
   std::vector<int32_t> params;
   std::vector<std::pair<int32_t, int32_t>> options;
 };
 
-struct MessageModule {
-  NLS_EXTENSION_FIELDS
+// What the modules of a language answer, and how often they were asked.
+struct Messages {
   std::u16string text;
   NlsStatus status = 0;
-  int asked = 0;
+  std::atomic<int> asked{0};
+};
+
+struct MessageModule {
+  NLS_EXTENSION_FIELDS
+  Messages* messages;
 };
 
 // What the services share with a test. One test runs at a time.
 struct Services {
-  std::map<std::u16string, std::unique_ptr<MessageModule>> modules;  // that can be loaded, by key
-  std::vector<std::u16string> loads;                                 // names asked for, in order
-  std::atomic<int> acquiring{0};                                     // calls of lockAcquire so far
-  int awaited = 0;                                                   // of these, before a load goes on
+  std::map<std::u16string, Messages> known;  // of modules that can be loaded, by key
+  std::vector<std::u16string> loads;         // names asked for, in order
+  std::atomic<int> acquiring{0};             // calls of lockAcquire so far
+  int awaited = 0;                           // of these, before a load goes on
   NlsStatus acquireStatus = 0;
   NlsStatus insertStatus = 0;
   bool refuseLock = false;
   bool refuseList = false;
   int locks = 0;
   int lists = 0;
-  int modulesReleased = 0;
+  int modules = 0;  // that were made and not released
+  const XmPool* pool = nullptr;
+  uint64_t usedWhenALockEnded = 0;  // of the pool
 };
 Services* services;
 
 NlsStatus endLock(void* handle) {
   --services->locks;
+  services->usedWhenALockEnded = faults_test::usedBytes(services->pool);
   delete static_cast<Lock*>(handle);
   return 0;
 }
 
 NlsStatus endList(void* handle) {
   --services->lists;
+  for (const auto& [key, value] : static_cast<List*>(handle)->entries) EXPECT_EQ(value->destroy(value), 0u);
   delete static_cast<List*>(handle);
   return 0;
 }
 
-void* lockCreate(void*, const int32_t*, void*, const char* name) {
+void* lockCreate(void*, const int32_t* params, void*, const char* name) {
   if (services->refuseLock) return nullptr;
   ++services->locks;
   auto* lock = new Lock();
   lock->destroy = endLock;
   lock->name = name;
+  lock->params.assign(params, params + 4);
   return lock;
 }
 
@@ -116,12 +128,13 @@ NlsStatus treeInsert(void* tree, void*, void*, void* value, int32_t, const void*
   if (services->insertStatus != 0) return services->insertStatus;
   auto* list = static_cast<List*>(tree);
   const std::lock_guard<std::mutex> guard(list->mutex);
-  EXPECT_TRUE(list->entries.emplace(keyOf(key, length), value).second) << "listed twice";
+  EXPECT_TRUE(list->entries.emplace(keyOf(key, length), static_cast<NlsExtension*>(value)).second) << "listed twice";
   return 0;
 }
 
-NlsStatus releaseModule(void*) {
-  ++services->modulesReleased;
+NlsStatus releaseModule(void* handle) {
+  --services->modules;
+  delete static_cast<MessageModule*>(handle);
   return 0;
 }
 
@@ -129,19 +142,24 @@ void* loadExtension(void*, const char16_t* name, int32_t length, void* journal) 
   EXPECT_EQ(journal, nullptr);
   while (services->acquiring < services->awaited) std::this_thread::yield();
   services->loads.emplace_back(name, static_cast<size_t>(length));
-  const auto module = services->modules.find(services->loads.back());
-  return module == services->modules.end() ? nullptr : module->second.get();
+  const auto known = services->known.find(services->loads.back());
+  if (known == services->known.end()) return nullptr;
+  ++services->modules;
+  auto* module = new MessageModule();
+  module->release = releaseModule;
+  module->messages = &known->second;
+  return module;
 }
 
 NlsStatus openMessageBundle(void* bundle, int32_t code, void* data, int32_t size) {
-  auto* module = static_cast<MessageModule*>(bundle);
+  Messages& messages = *static_cast<MessageModule*>(bundle)->messages;
   EXPECT_EQ(code, 0) << "whatever code was asked for";
-  ++module->asked;
-  if (module->status == 0) {
-    const auto count = std::min(module->text.size(), static_cast<size_t>(size));
-    std::copy_n(module->text.begin(), count, static_cast<char16_t*>(data));
+  ++messages.asked;
+  if (messages.status == 0) {
+    const auto count = std::min(messages.text.size(), static_cast<size_t>(size));
+    std::copy_n(messages.text.begin(), count, static_cast<char16_t*>(data));
   }
-  return module->status;
+  return messages.status;
 }
 
 constexpr NlsStatus otherStatus = 0x12345;
@@ -150,22 +168,22 @@ class LocaleObjectMessages : public testing::Test {
  protected:
   LocaleObjectMessages() {
     services = &state;
+    state.pool = host.nls->pool;
     host.memory.services = &table;
   }
   ~LocaleObjectMessages() override {
     EXPECT_EQ(state.locks, 0);
     EXPECT_EQ(state.lists, 0);
+    EXPECT_EQ(state.modules, 0) << "a module belongs to the list that holds it";
     host.memory.services = nullptr;
   }
 
   void know(const std::u16string& language, const std::u16string& text, NlsStatus status = 0) {
-    auto module = std::make_unique<MessageModule>();
-    module->release = releaseModule;
-    module->text = text;
-    module->status = status;
-    state.modules[u"t0a0" + language] = std::move(module);
+    Messages& messages = state.known[u"t0a0" + language];
+    messages.text = text;
+    messages.status = status;
   }
-  MessageModule& module(const std::u16string& language) { return *state.modules.at(u"t0a0" + language); }
+  int asked(const std::u16string& language) { return state.known.at(u"t0a0" + language).asked; }
 
   struct Answer {
     NlsStatus status;
@@ -201,6 +219,7 @@ TEST_F(LocaleObjectMessages, LockAndListOfALocale) {
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_DE");
   ASSERT_NE(locale, nullptr);
   EXPECT_STREQ(static_cast<Lock*>(locale->messageLock)->name, "qznls Locale QZMSG lock");
+  EXPECT_EQ(static_cast<Lock*>(locale->messageLock)->params, (std::vector<int32_t>{0, 0, 0, 0}));
   const auto* list = static_cast<List*>(locale->messageTrack);
   EXPECT_STREQ(list->name, "qznls Locale QZMSG track");
   EXPECT_EQ(list->params, (std::vector<int32_t>{1, 0, 1, 0x20000000}));
@@ -218,15 +237,25 @@ TEST_F(LocaleObjectMessages, WithoutLockOrListThereIsNoLocale) {
   EXPECT_EQ(state.locks, 0) << "the lock was made first and has to go";
 }
 
+// The record is given back ahead of the lock when creation fails, and behind it when a locale is destroyed.
+TEST_F(LocaleObjectMessages, ALockEndsBehindTheRecordOfALocaleThatFails) {
+  const uint64_t before = faults_test::usedBytes(host.nls->pool);
+  test::makeLocale(host.nls, "de_DE").reset();
+  EXPECT_GT(state.usedWhenALockEnded, before + sizeof(LocaleRecord));
+  state.refuseList = true;
+  EXPECT_EQ(test::makeLocale(host.nls, "de_DE"), nullptr);
+  EXPECT_GT(state.usedWhenALockEnded, before) << "the object is still there";
+  EXPECT_LT(state.usedWhenALockEnded, before + sizeof(LocaleRecord));
+}
+
 TEST_F(LocaleObjectMessages, TheModuleOfTheLanguageAnswers) {
   know(u"de", u"Hallo");
   know(u"en", u"Hello");
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_AT");
   EXPECT_EQ(ask(locale.get(), 0x803FE80B), (Answer{0, u"Hallo"}));
   EXPECT_EQ(state.loads, (std::vector<std::u16string>{u"t0a0de"}));
-  EXPECT_EQ(module(u"de").asked, 1);
-  EXPECT_EQ(module(u"en").asked, 0);
-  EXPECT_NE(module(u"de").destroy, nullptr) << "what the loader stores";
+  EXPECT_EQ(asked(u"de"), 1);
+  EXPECT_EQ(asked(u"en"), 0);
 }
 
 TEST_F(LocaleObjectMessages, EnglishStandsIn) {
@@ -244,8 +273,8 @@ TEST_F(LocaleObjectMessages, AModuleIsAskedByTheCallThatLoadsItOnly) {
   EXPECT_EQ(ask(locale.get()), (Answer{0, u"Hello"}));
   EXPECT_EQ(ask(locale.get()), (Answer{nlsMessageNotFound, u""}));
   EXPECT_EQ(ask(locale.get()), (Answer{nlsMessageNotFound, u""}));
-  EXPECT_EQ(module(u"de").asked, 1);
-  EXPECT_EQ(module(u"en").asked, 1);
+  EXPECT_EQ(asked(u"de"), 1);
+  EXPECT_EQ(asked(u"en"), 1);
   EXPECT_EQ(state.loads.size(), 2u);
   // Another locale has a list of its own.
   const test::LocaleHandle other = test::makeLocale(host.nls, "de_DE");
@@ -270,7 +299,7 @@ TEST_F(LocaleObjectMessages, AModuleWithoutTheTextLeavesItToEnglish) {
   know(u"en", u"Hello");
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_DE");
   EXPECT_EQ(ask(locale.get()), (Answer{0, u"Hello"}));
-  EXPECT_EQ(module(u"de").asked, 1);
+  EXPECT_EQ(asked(u"de"), 1);
 }
 
 TEST_F(LocaleObjectMessages, TheStatusIsThatOfTheLastModuleAsked) {
@@ -299,8 +328,8 @@ TEST_F(LocaleObjectMessages, AModuleThatCannotBeListedIsDestroyed) {
   state.insertStatus = otherStatus;
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_DE");
   EXPECT_EQ(ask(locale.get()), (Answer{nlsMessageTrackFailed, u""}));
-  EXPECT_EQ(state.modulesReleased, 1);
-  EXPECT_EQ(module(u"de").asked, 0);
+  EXPECT_EQ(state.modules, 0);
+  EXPECT_EQ(asked(u"de"), 0);
   EXPECT_EQ(state.loads.size(), 1u) << "English isn't tried";
   // The lock is free again.
   state.insertStatus = 0;

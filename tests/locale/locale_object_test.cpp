@@ -7,6 +7,7 @@
 #include <cstring>
 #include <thread>
 
+#include "locale/letters.h"
 #include "locale/locale_object_support.h"
 #include "support/death.h"
 #include "support/guard.h"
@@ -136,14 +137,12 @@ TEST_F(LocaleObject, EveryLocaleByName) {
 TEST_F(LocaleObject, EveryLocaleByEveryFormOfItsNameInEveryMode) {
   for (const test::Fields& line : test::readTsv("locale/names.tsv")) {
     const std::string& name = line[0];
-    std::string hyphen = name, upper = name, lower = name;
+    std::string hyphen = name;
     hyphen[2] = '-';
-    for (char& c : upper) c = static_cast<char>(std::toupper(c));
-    for (char& c : lower) c = static_cast<char>(std::tolower(c));
     const std::string longName = line[2] + "_" + line[3];
     const std::string number = "QUOID:" + line[4];
-    for (const std::string& form :
-         {name, hyphen, upper, lower, name + ".UTF-8", name + "@euro", name + "_POSIX", number, longName}) {
+    for (const std::string& form : {name, hyphen, test::upper(name), test::lower(name), name + ".UTF-8", name + "@euro",
+                                    name + "_POSIX", number, longName}) {
       for (const uint16_t mode :
            std::initializer_list<uint16_t>{NLS_LOCALE_FALLBACK, NLS_LOCALE_STRICT, NLS_LOCALE_WIDE}) {
         if (form == longName && mode != NLS_LOCALE_WIDE) continue;

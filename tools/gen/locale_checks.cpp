@@ -1,31 +1,17 @@
 // What must hold of every row of locale data.
 #include <algorithm>
-#include <map>
 #include <string_view>
 
 #include "locale_data.h"
 
 namespace gen {
 
+void checkFixedValues(const std::vector<LocaleData>& rows);
 void checkFigures(const std::string& path, const std::vector<LocaleData>& rows);
-void checkFixedValues(const std::string& path, const std::vector<LocaleData>& rows);
 
 namespace {
 
 constexpr size_t kItemCapacity = 160;
-
-// What a field is made of where it has no line.
-const std::map<std::string, std::string> kMadeOf = {
-    {"dateTimeFormat", "dateFormatMedium"},
-    {"timeFormatSeconds", "timeFormat24"},
-    {"numberGrouping", "numberPattern"},
-    {"currencyGrouping", "currencyPattern"},
-};
-
-// The line that gives a field, or that of which it is made.
-Place placeOf(const LocaleData& row, const std::string& field) {
-  return row.facts->fact(row.facts->has(field) ? field : kMadeOf.at(field)).place;
-}
 
 void checkTexts(const LocaleData& row) {
   for (const RecordField& field : kTextFields) {
@@ -94,33 +80,33 @@ bool hasOneOfEach(const Text& items, std::initializer_list<std::u16string_view> 
   return count == items.size();
 }
 
-// A name in front of a longer one that begins with it is read in its place.
-void requireTellable(const Place& format, const LocaleData& row, const std::string& field) {
+// A name in front of a longer one that begins with it, in whatever case, is read in its place.
+void requireTellable(const Place& format, const LocaleData& row, const std::string& field, const LowerCase& lower) {
   const std::vector<Text>& names = row.record.at(field);
   for (size_t i = 0; i < names.size(); ++i) {
     for (size_t k = i + 1; k < names.size(); ++k) {
-      require(!names[k].starts_with(names[i]), format,
+      require(!lower(names[k]).starts_with(lower(names[i])), format,
               row.key() + " can't read its dates back: " + escape(names[i]) + " begins " + escape(names[k]));
     }
   }
 }
 
 // Formatter and parser agree on these items only: months by number or either name, years of four digits for %y too.
-void checkDate(const LocaleData& row, const std::string& field, const Text& items) {
+void checkDate(const LocaleData& row, const std::string& field, const Text& items, const LowerCase& lower) {
   require(hasOneOfEach(items, {u"d", u"mbB", u"yY"}), placeOf(row, field),
           field + " has one %d, one of %m %b %B, one of %y %Y, and no other items");
-  if (items.find(u'b') != Text::npos) requireTellable(placeOf(row, field), row, "monthAbbreviations");
-  if (items.find(u'B') != Text::npos) requireTellable(placeOf(row, field), row, "monthNames");
+  if (items.find(u'b') != Text::npos) requireTellable(placeOf(row, field), row, "monthAbbreviations", lower);
+  if (items.find(u'B') != Text::npos) requireTellable(placeOf(row, field), row, "monthNames", lower);
 }
 
-void checkFormats(const LocaleData& row) {
+void checkFormats(const LocaleData& row, const LowerCase& lower) {
   for (const char* field : {"dateFormatShort", "dateFormatMedium", "dateFormatLong"}) {
-    checkDate(row, field, itemsOf(placeOf(row, field), row.text(field)));
+    checkDate(row, field, itemsOf(placeOf(row, field), row.text(field)), lower);
   }
   const Place both = placeOf(row, "dateTimeFormat");
   const Text dateTime = itemsOf(both, row.text("dateTimeFormat"));
   const size_t hour = std::min(dateTime.find(u'H'), dateTime.size());
-  checkDate(row, "dateTimeFormat", dateTime.substr(0, hour));
+  checkDate(row, "dateTimeFormat", dateTime.substr(0, hour), lower);
   require(dateTime.substr(hour) == u"HMS", both, "dateTimeFormat ends in %H %M %S");
 
   const Place clock24 = placeOf(row, "timeFormat24");
@@ -131,7 +117,7 @@ void checkFormats(const LocaleData& row) {
   // A parser overwrites what %p did with an hour that comes behind it.
   const Place clock12 = placeOf(row, "timeFormat12");
   require(itemsOf(clock12, row.text("timeFormat12")) == u"IMSp", clock12, "timeFormat12 has %I %M %S %p in this order");
-  require(!row.text("pmText").starts_with(row.text("amText")), placeOf(row, "pmText"),
+  require(!lower(row.text("pmText")).starts_with(lower(row.text("amText"))), placeOf(row, "pmText"),
           row.key() + " reads its pmText as amText");
 }
 
@@ -139,15 +125,16 @@ void checkFormats(const LocaleData& row) {
 
 void checkLocaleData(const std::string& data, const std::vector<LocaleData>& rows) {
   const std::string path = localeTables(data);
+  const LowerCase lower(data);
   requireCount(path, rows.size(), kDataRows, "rows");
   for (const LocaleData& row : rows) {
     checkTexts(row);
     checkItems(path, row);
     checkSigns(row);
-    checkFormats(row);
+    checkFormats(row, lower);
   }
+  checkFixedValues(rows);
   checkFigures(path, rows);
-  checkFixedValues(path, rows);
 }
 
 }  // namespace gen

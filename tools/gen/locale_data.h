@@ -59,7 +59,19 @@ extern const std::vector<std::string> kUnitFields;
 extern const std::vector<std::string> kNumberFields;
 
 LocaleData deriveLocaleData(const LocaleFacts& facts);
+// The line that gives a field, or that of which the field is made.
+Place placeOf(const LocaleData& row, const std::string& field);
 std::vector<std::string> deriveItems(const LocaleData& row);
+
+// Lower case as the library's parsers see it, which read names without regard to case.
+class LowerCase {
+ public:
+  explicit LowerCase(const std::string& data);
+  Text operator()(Text text) const;
+
+ private:
+  std::map<char16_t, char16_t> lower_;
+};
 
 // Fails at the first breach of a constraint, a figure or a value that is fixed.
 void checkLocaleData(const std::string& data, const std::vector<LocaleData>& rows);

@@ -19,9 +19,14 @@ const Figure kFigures[] = {
     {"rows with three currency digits", 18, [](const LocaleData& row) { return hasDigits(row, u"3"); }},
     {"rows without currency digits", 2, [](const LocaleData& row) { return hasDigits(row, u"0"); }},
     {"rows with letter paper", 24, [](const LocaleData& row) { return row.text("paperName") == u"LETTER"; }},
+    {"rows with money in groups of two and three", 1,
+     [](const LocaleData& row) { return row.text("currencyGrouping") == u"2;3"; }},
+    {"rows with numbers in groups of two and three", 0,
+     [](const LocaleData& row) { return row.text("numberGrouping") == u"2;3"; }},
     {"rows with the order year, day, month", 1, [](const LocaleData& row) { return row.items[6] == "YDM"; }},
     {"rows with the order month, day, year", 4, [](const LocaleData& row) { return row.items[6] == "MDY"; }},
     {"rows with the order year, month, day", 13, [](const LocaleData& row) { return row.items[6] == "YMD"; }},
+    {"rows with the order day, month, year", 117, [](const LocaleData& row) { return row.items[6] == "DMY"; }},
     {"rows with a double-byte font", 7, [](const LocaleData& row) { return !row.items[8].empty(); }},
     {"rows with a language tag", 46, [](const LocaleData& row) { return !row.items[12].empty(); }},
 };
@@ -78,27 +83,59 @@ const FixedField kFixedFields[] = {
     {"de_DE", "numberPattern", u"#.##0,###"},
     {"de_DE", "currencyPattern", u"#.##0,00 \u00A4"},
     {"de_DE", "currencyDigits", u"4"},
+    {"ar_IN", "currencyGrouping", u"2;3"},
 };
 
-// Items from an index on, with "|" between them.
+constexpr char kFontNames[] = "COMPLEX|SIMPLEX|ITALIC|BRUSH|SIMPLEX|BRUSH|SIMPLEX|COMPLEX|SWISS|ITALIC";
+
+// Items of a row, or of all, from an index on, with "|" between them, and the field that they are made of.
 struct FixedItems {
+  const char* key;
   size_t first;
+  const char* field;
   const char* texts;
 };
 const FixedItems kFixedItems[] = {
-    {0, "English_UnitedStates|English|en|UnitedStates|en|US|MDY|LETTER|||||"},
-    {18, "COMPLEX|SIMPLEX|ITALIC|BRUSH|SIMPLEX|BRUSH|SIMPLEX|COMPLEX|SWISS|ITALIC"},
-    {28, "%B %d, %Y|%m/%d/%Y"},
-    {45, "%Q %Y|%q %y|Week %U %G|W%U %g|/|Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec"},
-    {62, "January|February|March|April|May|June|July|August|September|October|November|December"},
-    {74, "Sun|Mon|Tue|Wed|Thu|Fri|Sat|Sunday|Monday|Tuesday|Wednesday|Thursday|Friday|Saturday|AM|PM"},
-    {90, "1st quarter|2nd quarter|3rd quarter|4th quarter"},
-    {98, "USD|$|.|,|3||-|2|2|1|0|1|0|1|0|<u00a4>#,##0.00;(<u00a4>#,##0.00)|<u00a4>#,##0.00;(<u00a4>#,##0.00)"},
-    {115, ".|,|3||-|0|0|0|0|1|1|#,##0.###|#,##0.###|#,##0%|#,##0%|279|216|%p%t%g%t%m%t%f||Mr.|Mrs.|Ms.|"},
-};
-const FixedItems kItemsOfAllRows[] = {
-    {13, "NLDATE16.|NLDATM24.|NLTIME8.|BEST12.|PERCENT12."},
-    {138, "%z%c%T%s%b%e%r|+%c ;%a ;%l|1||"},
+    {"*", 13, "formatNames", "NLDATE16.|NLDATM24.|NLTIME8.|BEST12.|PERCENT12."},
+    {"*", 138, "postalFormat", "%z%c%T%s%b%e%r"},
+    {"*", 139, "telephoneFormat", "+%c ;%a ;%l"},
+    {"*", 140, "measurement", "1||"},
+    {"en_US", 0, "languageName", "English_UnitedStates|English|en|UnitedStates|en|US"},
+    {"en_US", 6, "dateFormatShort", "MDY"},
+    {"en_US", 7, "paperName", "LETTER"},
+    {"en_US", 8, "deviceFont", "||||"},
+    {"en_US", 18, "fontNames", kFontNames},
+    {"en_US", 28, "dateFormatLong", "%B %d, %Y|%m/%d/%Y"},
+    {"en_US", 45, "periodFormats", "%Q %Y|%q %y|Week %U %G|W%U %g"},
+    {"en_US", 49, "dateSeparator", "/"},
+    {"en_US", 50, "monthAbbreviations", "Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec"},
+    {"en_US", 62, "monthNames",
+     "January|February|March|April|May|June|July|August|September|October|November|December"},
+    {"en_US", 74, "dayAbbreviations", "Sun|Mon|Tue|Wed|Thu|Fri|Sat"},
+    {"en_US", 81, "dayNames", "Sunday|Monday|Tuesday|Wednesday|Thursday|Friday|Saturday"},
+    {"en_US", 88, "amText", "AM|PM"},
+    {"en_US", 90, "quarterNames", "1st quarter|2nd quarter|3rd quarter|4th quarter"},
+    {"en_US", 98, "currencyCode", "USD|$"},
+    {"en_US", 100, "decimalPoint", ".|,|3|"},
+    {"en_US", 104, "negativeSign", "-"},
+    {"en_US", 105, "currencyDigits", "2|2"},
+    {"en_US", 107, "currencyPattern",
+     "1|0|1|0|1|0|<u00a4>#,##0.00;(<u00a4>#,##0.00)|<u00a4>#,##0.00;(<u00a4>#,##0.00)"},
+    {"en_US", 115, "decimalPoint", ".|,|3|"},
+    {"en_US", 119, "negativeSign", "-"},
+    {"en_US", 120, "numberFlags", "0|0|0|0|1|1"},
+    {"en_US", 126, "numberPattern", "#,##0.###|#,##0.###"},
+    {"en_US", 128, "percentPattern", "#,##0%|#,##0%"},
+    {"en_US", 130, "paperHeight", "279|216"},
+    {"en_US", 132, "nameFormat", "%p%t%g%t%m%t%f"},
+    {"en_US", 133, "formsOfAddress", "|Mr.|Mrs.|Ms.|"},
+    {"es_ES", 12, "languageTag", "es"},
+    {"fr_FR", 12, "languageTag", "fr"},
+    {"ja_JP", 8, "deviceFont",
+     "KANJI;<ttf> MS PGothic|KANJI;<ttf> MS PGothic|KANJI;<ttf> MS PGothic|KANJI;<ttf> MS PGothic"},
+    {"ja_JP", 12, "languageTag", "ja"},
+    {"ja_JP", 133, "nameSuffix", "-san"},
+    {"zh_CN", 8, "deviceFont", "HEI;<ttf> SimHei|HEI;<ttf> SimHei|HEI;<ttf> SimHei|HEI;<ttf> SimHei"},
 };
 
 Text joined(const std::vector<Text>& list) {
@@ -107,13 +144,31 @@ Text joined(const std::vector<Text>& list) {
   return text;
 }
 
-void requireItems(const std::string& path, const LocaleData& row, const FixedItems& items) {
+void requireItems(const LocaleData& row, const FixedItems& items) {
   size_t index = items.first;
   for (const std::string& text : split(items.texts, '|')) {
-    require(row.items[index] == text, {path, 0},
+    require(row.items[index] == text, placeOf(row, items.field),
             "item " + std::to_string(index) + " of " + row.key() + " is fixed as \"" + text + "\"");
     ++index;
   }
+}
+
+// Rows of Chinese, Japanese and Korean have a font of double-byte characters, and may replace the other fonts.
+void checkFonts(const LocaleData& row) {
+  const std::string language = languageOf(row.key());
+  const bool doubleByte = language == "zh" || language == "ja" || language == "ko";
+  require(row.facts->text("deviceFont").empty() != doubleByte, placeOf(row, "deviceFont"),
+          "Chinese, Japanese and Korean have a double-byte font, other languages have none");
+  require(doubleByte || joined(row.facts->list("fontNames")) == widen(kFontNames), placeOf(row, "fontNames"),
+          "only Chinese, Japanese and Korean replace the fonts");
+}
+
+void checkCustoms(const LocaleData& row) {
+  const Text& tag = row.facts->text("languageTag");
+  require(tag.empty() || tag == widen(languageOf(row.key())), placeOf(row, "languageTag"),
+          "the tag of " + row.key() + " is its language, or empty");
+  const Text& suffix = row.facts->text("nameSuffix");
+  require(suffix.empty() || suffix == u"-san", placeOf(row, "nameSuffix"), "a name's suffix is -san, or empty");
 }
 
 }  // namespace
@@ -126,15 +181,17 @@ void checkFigures(const std::string& path, const std::vector<LocaleData>& rows) 
   }
 }
 
-void checkFixedValues(const std::string& path, const std::vector<LocaleData>& rows) {
+void checkFixedValues(const std::vector<LocaleData>& rows) {
   for (const LocaleData& row : rows) {
     for (const FixedField& fixed : kFixedFields) {
-      require(row.key() != fixed.key || joined(row.record.at(fixed.field)) == fixed.value, {path, 0},
+      require(row.key() != fixed.key || joined(row.record.at(fixed.field)) == fixed.value, placeOf(row, fixed.field),
               std::string(fixed.field) + " of " + fixed.key + " is fixed as \"" + escape(fixed.value) + "\"");
     }
-    for (const FixedItems& items : kItemsOfAllRows) requireItems(path, row, items);
-    if (row.key() != "en_US") continue;
-    for (const FixedItems& items : kFixedItems) requireItems(path, row, items);
+    for (const FixedItems& items : kFixedItems) {
+      if (items.key == row.key() || items.key == std::string("*")) requireItems(row, items);
+    }
+    checkFonts(row);
+    checkCustoms(row);
   }
 }
 

@@ -56,6 +56,7 @@ std::vector<Lists> readLocaleEncodings(const std::string& data, const std::vecto
   size_t secondaryPairs = 0;
   size_t withSecondary = 0;
   for (const Line& line : readLines(path)) {
+    requireFields(line, 3);
     require(encodings.size() < kLocales && line.field(0) == byId[encodings.size()], line.place,
             "rows stand in the order of locale identifiers");
     const Lists lists{readList(line, line.field(1)), readList(line, line.field(2))};

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <map>
-#include <set>
 #include <tuple>
 
 #include "locales.h"
@@ -12,7 +11,6 @@ namespace {
 constexpr size_t kNameCapacity = 32;
 constexpr size_t kCodeNameCapacity = 60;
 constexpr size_t kWindowsNameCapacity = 61;
-constexpr size_t kDefaultRow = 12;
 constexpr uint32_t kPrimaryLanguageMask = 0x3FF;
 
 bool isLower(char c) { return c >= 'a' && c <= 'z'; }
@@ -23,17 +21,6 @@ void requirePosixName(const Place& place, const std::string& name) {
               isUpper(name[4]),
           place, "a locale's name has the form ll_CC: " + name);
 }
-
-// Rows whose identifiers are fixed.
-struct FixedRow {
-  const char* posixName;
-  size_t localeId;
-  uint32_t windowsLcid;
-};
-constexpr FixedRow kFixedRows[] = {
-    {"af_ZA", 0, 0x0436},  {"sq_AL", 1, 0x041C},  {"ar_DZ", 2, 0x1401},  {"ar_BH", 3, 0x3C01},  {"ar_AE", 18, 0x3801},
-    {"zh_TW", 29, 0x0404}, {"en_US", 51, 0x0409}, {"he_IL", 68, 0x040D}, {"pl_XX", 90, 0x8015},
-};
 
 // Locales whose Windows identifier has no sublanguage, and those that Windows doesn't know.
 const std::map<std::string, uint32_t> kBareLcids = {
@@ -48,10 +35,6 @@ const std::map<uint32_t, std::vector<std::string>> kSharedLcids = {
     {0x081A, {"sh_ME", "sh_RS"}},
     {0x141A, {"bs_BA", "hr_BA"}},
 };
-
-// Rows of the language defaults that stand beside another row of the same language.
-const std::set<std::string> kDefaultAliases = {"be_BY Byelorussian", "iw_IL Hebrew", "sh_RS SerboCroatian",
-                                               "sk_SK Slovakian"};
 
 void checkWindowsLcids(const std::string& path, const std::vector<LocaleName>& names) {
   std::map<uint32_t, std::vector<std::string>> holders;
@@ -82,17 +65,6 @@ void checkLocaleIds(const std::vector<LocaleName>& names) {
   }
 }
 
-void checkFixedRows(const std::string& path, const std::vector<LocaleName>& names) {
-  for (const FixedRow& fixed : kFixedRows) {
-    const bool stands = std::any_of(names.begin(), names.end(), [&](const LocaleName& row) {
-      return row.posixName == fixed.posixName && row.localeId == fixed.localeId && row.windowsLcid == fixed.windowsLcid;
-    });
-    require(stands, {path, 0},
-            std::string(fixed.posixName) + " has locale id " + std::to_string(fixed.localeId) +
-                " and Windows identifier " + hex(fixed.windowsLcid, 4));
-  }
-}
-
 std::string normalCodeset(const std::string& name) {
   std::string normal;
   for (const char c : name) {
@@ -120,6 +92,7 @@ std::vector<LocaleName> readLocaleNames(const std::string& data) {
   const std::string path = data + "/locale/names.tsv";
   std::vector<LocaleName> names;
   for (const Line& line : readLines(path)) {
+    requireFields(line, 6);
     LocaleName row;
     row.place = line.place;
     row.posixName = line.field(0);
@@ -139,7 +112,7 @@ std::vector<LocaleName> readLocaleNames(const std::string& data) {
   requireRows(path, names.size(), kLocales);
   checkLocaleIds(names);
   checkWindowsLcids(path, names);
-  checkFixedRows(path, names);
+  requireFixedNames(names);
   return names;
 }
 
@@ -147,8 +120,8 @@ std::vector<LocaleName> readLanguageDefaults(const std::string& data, const std:
   const std::string path = data + "/locale/language_defaults.tsv";
   std::vector<LocaleName> defaults;
   std::map<std::string, std::string> nameOfLanguage;
-  std::set<std::string> aliases;
   for (const Line& line : readLines(path)) {
+    requireFields(line, 3);
     const auto locale =
         std::find_if(names.begin(), names.end(), [&](const LocaleName& row) { return row.posixName == line.field(2); });
     require(locale != names.end(), line.place, "no locale has the name " + line.field(2));
@@ -162,17 +135,15 @@ std::vector<LocaleName> readLanguageDefaults(const std::string& data, const std:
     require(defaults.empty() || std::tie(defaults.back().posixName, defaults.back().languageName) <
                                     std::tie(row.posixName, row.languageName),
             row.place, "rows ascend by name, then by language name");
-    if (row.posixName != locale->posixName || row.languageName != locale->languageName) {
-      aliases.insert(row.posixName + " " + row.languageName);
-    } else {
-      require(nameOfLanguage.emplace(row.languageCode(), row.languageName).second, row.place,
-              "a language has one default; a second row is an alias under another name");
-    }
+    require(locale->posixName == (row.posixName == "iw_IL" ? "he_IL" : row.posixName), row.place,
+            "a row stands for the locale of its own name, but for he_IL in iw_IL");
+    const bool isAlias = row.posixName != locale->posixName || row.languageName != locale->languageName;
+    require(isAlias || nameOfLanguage.emplace(row.languageCode(), row.languageName).second, row.place,
+            "a language has one default; a second row is an alias under another name");
     defaults.push_back(row);
   }
   requireRows(path, defaults.size(), kLanguageDefaults);
-  require(aliases == kDefaultAliases, {path, 0}, "other aliases than the four known ones");
-  require(defaults[kDefaultRow].posixName == "en_US", defaults[kDefaultRow].place, "row 12 is en_US, the default row");
+  requireFixedDefaults(defaults);
   for (const LocaleName& row : names) {
     const auto found = nameOfLanguage.find(row.languageCode());
     require(found != nameOfLanguage.end() && found->second == row.languageName, row.place,
@@ -185,6 +156,7 @@ std::vector<LanguageName> readLanguageCodes(const std::string& data) {
   const std::string path = data + "/locale/language_codes.tsv";
   std::vector<LanguageName> rows;
   for (const Line& line : readLines(path)) {
+    requireFields(line, 2);
     LanguageName row{line.place, line.field(0), 0, line.field(1)};
     require(row.code.size() == 2 && isLower(row.code[0]) && isLower(row.code[1]), row.place,
             "a language code is two lower-case letters: " + row.code);
@@ -194,6 +166,7 @@ std::vector<LanguageName> readLanguageCodes(const std::string& data) {
     rows.push_back(row);
   }
   requireRows(path, rows.size(), kLanguageCodes);
+  requireFixedLanguageCodes(rows);
   return rows;
 }
 
@@ -201,6 +174,7 @@ std::vector<LanguageName> readWindowsLanguages(const std::string& data) {
   const std::string path = data + "/locale/windows_languages.tsv";
   std::vector<LanguageName> rows;
   for (const Line& line : readLines(path)) {
+    requireFields(line, 2);
     LanguageName row{line.place, "", parseHex(line, line.field(0), kPrimaryLanguageMask), line.field(1)};
     requireText(row.place, row.name, kWindowsNameCapacity);
     require(rows.empty() || std::tie(rows.back().number, rows.back().name) < std::tie(row.number, row.name), row.place,
@@ -208,12 +182,14 @@ std::vector<LanguageName> readWindowsLanguages(const std::string& data) {
     rows.push_back(row);
   }
   requireRows(path, rows.size(), kWindowsLanguages);
+  requireFixedWindowsLanguages(rows);
   return rows;
 }
 
 std::vector<Codeset> readCodesets(const std::string& data) {
   std::vector<Codeset> rows;
   for (const Line& line : readLines(data + "/locale/codesets.tsv")) {
+    requireFields(line, 3);
     const Codeset row{line.field(0), parseDecimal(line, line.field(1), 1, 0xFFFF)};
     requireText(line.place, row.name, kNameCapacity);
     require(normalCodeset(row.name) == row.name, line.place, "a codeset stands in lower case without \"-\" and \"_\"");

@@ -18,6 +18,14 @@ const std::vector<std::string> kNumberFields = {"currencyDigits", "measurement",
 
 namespace {
 
+// What a field is made of where it has no line.
+const std::map<std::string, std::string> kMadeOf = {
+    {"dateTimeFormat", "dateFormatMedium"}, {"timeFormatSeconds", "timeFormat24"},
+    {"dateSeparator", "dateFormatShort"},   {"timeSeparator", "timeFormatSeconds"},
+    {"numberGrouping", "numberPattern"},    {"currencyGrouping", "currencyPattern"},
+    {"paperHeight", "paperName"},           {"paperWidth", "paperName"},
+};
+
 // The first unit between the first two items of a format.
 Text firstSeparator(const LocaleFacts& facts, const std::string& field, const Text& format) {
   const size_t first = format.find(u'%');
@@ -49,6 +57,11 @@ void requireOneUnit(const LocaleFacts& facts, const std::string& field) {
 }
 
 }  // namespace
+
+Place placeOf(const LocaleData& row, const std::string& field) {
+  const auto fact = row.facts->fields.find(field);
+  return fact != row.facts->fields.end() ? fact->second.place : placeOf(row, kMadeOf.at(field));
+}
 
 LocaleData deriveLocaleData(const LocaleFacts& facts) {
   LocaleData row;

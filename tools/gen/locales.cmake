@@ -1,6 +1,6 @@
 target_sources(gen_locales PRIVATE
-  locale_names.cpp locale_lists.cpp locale_facts.cpp locale_record.cpp locale_items.cpp locale_checks.cpp
-  locale_fixed.cpp locale_emit.cpp)
+  locale_names.cpp locale_fixed_names.cpp locale_lists.cpp locale_facts.cpp locale_record.cpp locale_items.cpp
+  locale_case.cpp locale_checks.cpp locale_fixed.cpp locale_emit.cpp)
 
 file(MAKE_DIRECTORY ${VELDNLS_GENERATED_DIR}/locales)
 veldnls_generate(
@@ -14,4 +14,4 @@ veldnls_generate(
   INPUTS
     data/locale/names.tsv data/locale/language_defaults.tsv data/locale/language_codes.tsv
     data/locale/windows_languages.tsv data/locale/codesets.tsv data/locale/encodings.tsv
-    data/locale/rows.tsv data/locale/overrides.tsv)
+    data/locale/rows.tsv data/locale/overrides.tsv data/unicode/case_pairs.tsv)

@@ -59,6 +59,12 @@ std::vector<Lists> readLocaleEncodings(const std::string& data, const std::vecto
 // The inverse: lists of locale identifiers by CEI, ascending.
 std::vector<Lists> invertLocaleEncodings(const std::string& data, const std::vector<Lists>& encodings);
 
+// Fail at the first line that is another than the one that callers know.
+void requireFixedNames(const std::vector<LocaleName>& names);
+void requireFixedDefaults(const std::vector<LocaleName>& defaults);
+void requireFixedLanguageCodes(const std::vector<LanguageName>& rows);
+void requireFixedWindowsLanguages(const std::vector<LanguageName>& rows);
+
 // The length of `lines`, or a failure at the file: every table has a fixed number of rows.
 void requireRows(const std::string& path, size_t rows, size_t expected);
 // Printable ASCII without quote or backslash, in a buffer of `capacity` units that keeps a zero behind the text.
