@@ -115,8 +115,6 @@ class Fraction {
   int lowest_ = 0;  // the limbs below are zero
 };
 
-char16_t digitUnit(uint32_t digit) { return static_cast<char16_t>(u'0' + digit); }
-
 }  // namespace
 
 NlsStatus nlsIntegerDigits(double value, char16_t* output, int32_t capacity, int32_t* digitCount,

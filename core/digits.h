@@ -13,6 +13,8 @@ namespace veldnls {
 inline constexpr int32_t maxIntegerDigits = 309;
 inline constexpr int32_t maxFractionDigits = 1074;
 
+constexpr char16_t digitUnit(uint32_t digit) { return static_cast<char16_t>(u'0' + digit); }
+
 // Digits of the integer part, most significant first; none for a value below 1.
 //   digitCount     how many digits there are
 //   trailingZeros  if not null, the zeros at the end of the number are counted here, and neither written nor counted in

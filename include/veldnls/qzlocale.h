@@ -1,10 +1,10 @@
 /* Locale objects and the slots that make them.
  *
  * A locale formats and parses numbers, money, dates and times, hands out its data, compares texts plainly and fetches
- * messages in its language. It is read-only after creation, but for the messages it has loaded, which its lock guards:
- * every slot may be called from any thread. Texts are UTF-16 without terminator; lengths and capacities count units,
- * and nothing is written behind a capacity. Results don't depend on the process, its locale, its time zone or the state
- * of its floating point, and no slot raises a floating-point exception.
+ * messages in its language. It is read-only after creation, but for its list of message modules, which has to bear
+ * several threads (see NlsGetLocaleMessage): every slot may be called from any thread. Texts are UTF-16 without
+ * terminator; lengths and capacities count units, and nothing is written behind a capacity. Results don't depend on the
+ * process, its locale, its time zone or the state of its floating point, and no slot raises a floating-point exception.
  */
 #ifndef VELDNLS_QZLOCALE_H
 #define VELDNLS_QZLOCALE_H
@@ -50,7 +50,8 @@ typedef NlsStatus (*NlsGetLocaleName)(QZLocale* locale, char16_t* name, int32_t*
 /* Formatters. Years are written with four digits, so that one of five loses the first. Blanks at the end are cut.
  * Return 0; nlsDateInputMissing for a missing value; nlsDateOutOfRange for what is no date or outside of the calendar;
  * nlsBadArgument when the locale's format has an item that can't be written; nlsFieldTooNarrow with the first
- * `capacity` units of the text. On other failures than the last, outputs stay as they were. */
+ * `capacity` units of the text, and with 512 at most, since no text is longer. On other failures than the last, outputs
+ * stay as they were. */
 typedef NlsStatus (*NlsFormatDate)(QZLocale* locale, uint32_t month, uint32_t day, uint32_t year, int32_t style,
                                    char16_t* output, int32_t capacity, int32_t* length);
 typedef NlsStatus (*NlsFormatTime)(QZLocale* locale, double seconds, int32_t style, char16_t* output, int32_t capacity,
@@ -59,8 +60,9 @@ typedef NlsStatus (*NlsFormatDateTime)(QZLocale* locale, double seconds, uint32_
                                        int32_t capacity, int32_t* length);
 
 /* Parsers. The text must follow the locale's format; blanks in front of it are skipped, text behind it is left. Digits
- * of numbers must all be there, but that blanks may stand in the place of the first. Names compare without regard to
- * case. `*consumed` counts the units read. Return 0 or nlsDateResultMissing. */
+ * of numbers must all be there, but that blanks may stand in the place of the first, and that the end of the text may
+ * cut a number short. Names compare without regard to case. `*consumed` counts the units read. Return 0 or
+ * nlsDateResultMissing. */
 
 /* On failure the three are 0, and so they are with status 0 when the locale's format lacks one of them. That they make
  * a date isn't checked. */
@@ -76,22 +78,36 @@ typedef NlsStatus (*NlsParseDateTime)(QZLocale* locale, const char16_t* text, in
  *
  * `flags` are those of number_flags.h. */
 
-/* Formatters. A negative width asks for left justification in its absolute value; a precision below 0 means 6. */
+/* Formatters. The absolute value of the width is that of a field, and 0 means no field. A precision below 0 means 6,
+ * and a capacity below 0 counts as 0. */
 
-/* A double. The conversions into a field (FMT_BEST, FMT_FIELD_DECIMAL, FMT_FIELD_EXPONENT; a precision of 99 means
- * FMT_BEST) fill the smaller of width and capacity. What doesn't fit in decimal form is shown with an exponent, and a
- * field too narrow for that is filled with "*". Other conversions fill a field too if the width isn't 0; the last unit
- * of a field that is left-justified isn't written. Digits are those of the exact value, rounded half up. A missing
- * value is shown as its letter.
+/* A double. Group separators that have no room are left out.
  *
- * Returns 0; nlsFieldTooNarrow, with the length that would be needed in `*length` and "*" in the output; nlsDigitsLost
- * when a field shows fewer digits than was asked for, with a valid text; nlsBadArgument for what is no number. */
+ * The conversions into a field (FMT_BEST, FMT_FIELD_DECIMAL, FMT_FIELD_EXPONENT; a precision of 99 means FMT_BEST) fill
+ * the smaller of field and capacity from the right, and with a width of 0 have room for no more than a zero. What
+ * doesn't fit in decimal form is shown with an exponent.
+ *
+ * Other conversions don't cut the field to the capacity, and round the exact value half up. A negative width asks for
+ * left justification, as FMT_LEFT does; the last unit of a field that is left-justified isn't written.
+ *
+ * A missing value is shown as its letter: with FMT_FIELD_DECIMAL in the place of the last integer digit, and otherwise
+ * placed like a text of those other conversions. No field of it is cut to the capacity.
+ *
+ * Returns 0; nlsFieldTooNarrow, with "*" in the smaller of field and capacity; nlsDigitsLost when a field shows fewer
+ * digits than was asked for, with a valid text; nlsBadArgument for what is no number, without output. When it is too
+ * narrow, `*length` is the greater of text and field, and a capacity of it is enough (but without a field the general
+ * conversion may show more digits then). For numbers in the conversions into a field it is the smaller of field and
+ * capacity. */
 typedef NlsStatus (*NlsFormatDouble)(QZLocale* locale, double value, int32_t width, int32_t precision, uint32_t flags,
                                      char16_t* output, int32_t capacity, int32_t* length);
 
-/* Integers. `precision` is the least count of digits; zero with precision 0 has no digit. The output behind the text is
- * filled with U+0000 up to the capacity. Return 0 or nlsFieldTooNarrow: without output when the capacity is below
- * precision or width, otherwise with the last `capacity` units of the text and the text's length in `*length`. */
+/* Integers. `precision` is the least count of digits and group separators together; zero with precision 0 has no digit.
+ * A negative width asks for left justification, as FMT_LEFT does. The output behind the text is filled with U+0000 up
+ * to the capacity.
+ *
+ * Return 0 or nlsFieldTooNarrow: without output and with length 0 when the capacity is below precision or width;
+ * otherwise with the text's length in `*length` and the last `capacity` units of the number, or, when it is the blanks
+ * behind the number that have no room, the first `capacity` units of the text. */
 typedef NlsStatus (*NlsFormatInt32)(QZLocale* locale, int32_t value, int32_t width, int32_t precision, uint32_t flags,
                                     char16_t* output, int32_t capacity, int32_t* length);
 typedef NlsStatus (*NlsFormatInt64)(QZLocale* locale, int64_t value, int32_t width, int32_t precision, uint32_t flags,
@@ -101,31 +117,36 @@ typedef NlsStatus (*NlsFormatUInt32)(QZLocale* locale, uint32_t value, int32_t w
 typedef NlsStatus (*NlsFormatUInt64)(QZLocale* locale, uint64_t value, int32_t width, int32_t precision, uint32_t flags,
                                      char16_t* output, int32_t capacity, int32_t* length);
 
-/* A pointer in upper-case hexadecimal; null is "NIL", whatever the width. The output behind the text is filled with
- * U+0000. Returns 0, or nlsFieldTooNarrow with the first `capacity` units of the text. */
+/* A pointer in upper-case hexadecimal; null is "NIL", whatever the width. Only FMT_POINTER_LEFT asks for left
+ * justification; a negative width doesn't. The output behind the text is filled with U+0000. Returns 0, or
+ * nlsFieldTooNarrow with the first `capacity` units of the text and the text's length in `*length`. */
 typedef NlsStatus (*NlsFormatPointer)(QZLocale* locale, const void* value, int32_t width, uint32_t flags,
                                       char16_t* output, int32_t capacity, int32_t* length);
 
-/* An amount with FMT_FIXED and FMT_GROUP and the currency's symbol directly in front of its first character. Statuses
- * of NlsFormatDouble; nlsFieldTooNarrow without output for a width below 1 or below the symbol's length. A hundred
- * times the value with FMT_FIXED, and "%" behind it. Statuses of NlsFormatDouble. */
+/* These return what NlsFormatDouble does. `*length` counts symbol and signs on failures too. */
+
+/* An amount with FMT_FIXED and FMT_GROUP and the currency's symbol directly in front of its first character.
+ * nlsFieldTooNarrow without output and with length 0 for a width below 1 or below the symbol's length. */
 typedef NlsFormatDouble NlsFormatCurrency;
+/* A hundred times the value with FMT_FIXED, and "%" behind it. */
 typedef NlsFormatDouble NlsFormatPercent;
 
 /* Parsers. Only the ASCII digits are digits. `*consumed` tells how many units were read, which for a failure is the
  * place of the unit that doesn't belong there. */
 
 /* A number with fraction and exponent, or a missing value: "." with a letter or "_", or alone. Blanks and tabs may
- * stand around it, group separators anywhere in the integer part. A null locale means "." and ",".
+ * stand around it, group separators anywhere in the integer part. The value is the double next to what all digits tell.
+ * A null locale means "." and ",".
  *
  * Returns 0; for a text without anything 0 and the missing value "."; nlsNoDigits; nlsNumberOverflow;
- * nlsNumberUnderflow; nlsDateOutOfRange for an exponent above 30800. On failures `*value` is the missing value ".". */
+ * nlsNumberUnderflow below the smallest normal double; nlsDateOutOfRange for an exponent above 30800, while one below
+ * -30800 underflows. On failures `*value` is the missing value ".". */
 typedef NlsStatus (*NlsParseDouble)(QZLocale* locale, const char16_t* text, int32_t length, double* value,
                                     int32_t* consumed);
 
 /* Integers, with blanks in front and behind the sign. A text without anything is 0. Return 0; nlsNoDigits with the
- * value of what was read; nlsNumberOverflow with 0; nlsNegativeLength. The signed ones skip a group separator together
- * with the unit behind it, while both count as one unit of the length: "1,234" is 134. */
+ * value of what was read; nlsNumberOverflow and nlsNegativeLength with 0. The signed ones skip a group separator
+ * together with the unit behind it, while both count as one unit of the length: "1,234" is 134. */
 typedef NlsStatus (*NlsParseInt32)(QZLocale* locale, const char16_t* text, int32_t length, uint32_t flags,
                                    int32_t* value, int32_t* consumed);
 typedef NlsStatus (*NlsParseInt64)(QZLocale* locale, const char16_t* text, int32_t length, uint32_t flags,
@@ -150,9 +171,15 @@ typedef int32_t (*NlsCompareText)(QZLocale* locale, const char16_t* textA, int32
                                   int32_t lengthB, int32_t blankMode);
 
 /* Fetches a text from the message module of the locale's language, or else from that of English. `code` isn't looked
- * at: modules are asked for 0. A module is an extension that the host's service loads by the name "t0a0" and two
- * letters of language; `output` and `capacity` go to it as they are. The locale keeps modules in a list of the host
- * under that name (12 bytes), and asks a module once only, by the call that loads it.
+ * at: modules are asked for 0. A module is an extension that the host's service `loadExtension` makes for the name
+ * "t0a0" and two letters of language; `output` and `capacity` go to it as they are. The locale keeps modules in a list
+ * of the host under that name (12 bytes), and asks a module once only, by the call that loads it.
+ *
+ * The locale's lock is held while a module is loaded and listed, so that of several threads one loads it. The list is
+ * searched without the lock too, at any time, also while another thread inserts; modules are asked without it.
+ *
+ * A module that is listed belongs to the list: the locale ends its list when it is destroyed, but no module. One that
+ * can't be listed is ended at once, through its `destroy`.
  *
  * Returns 0, the status of the lock or that of the last module asked, nlsMessageTrackFailed when a module can't be
  * listed, and nlsMessageNotFound when no module was asked. Without services of the host for locks, lists and modules
@@ -194,7 +221,7 @@ struct QZLocale {
   NlsGetLocaleMessage getLocaleMessage;
   NlsGetLocaleName getLocaleName;
   LocaleRecord* record;
-  void* messageLock;  /* guards the loading of message modules */
+  void* messageLock;  /* guards the loading of message modules, but not every look-up */
   void* messageTrack; /* the modules that were loaded */
 };
 

@@ -56,6 +56,20 @@ inline bool isWhole(const BinaryDouble& value) {
   return value.exponent >= 0 || value.mantissa == 0 || std::countr_zero(value.mantissa) >= -value.exponent;
 }
 
+// Whether a number is whole and fits a word, which `word` receives.
+inline bool isWholeWord(const BinaryDouble& value, uint64_t* word) {
+  if (value.exponent >= 0) {
+    *word = value.mantissa << (value.exponent & 63);
+    return value.exponent <= 64 - doubleMantissaBits;
+  }
+  if (value.exponent <= -doubleMantissaBits) {
+    *word = 0;
+    return value.mantissa == 0;
+  }
+  *word = value.mantissa >> -value.exponent;
+  return *word << -value.exponent == value.mantissa;
+}
+
 // The exponent of the last bit of a double that holds a value of this binary exponent.
 inline int32_t lastBitExponent(int32_t binaryExponent) {
   const int32_t exponent = binaryExponent - doubleMantissaBits;

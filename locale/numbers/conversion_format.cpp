@@ -79,7 +79,10 @@ NlsStatus formatRounded(const LocaleNumber& locale, const RoundedNumber& number,
   const int32_t count = std::max(countDigits(number.integer), 1);
   const Shape shape{count, places, places > 0 || options.has(FMT_POINT), 0};
   return placeNumber(locale, shape, options, field, out, [&](char16_t* at, int32_t size) {
-    if (size > 0) {
+    if (size == thousands && number.integer != 0) {
+      at += count + countSeparators(count, size);
+      writeThousandsBefore(at, number.integer, locale.groupSeparator);
+    } else if (size > 0) {
       char16_t digits[maxWordDigits];
       writeDigitsBefore(digits + count, number.integer, count);
       at = copyGrouped(digits, count, size, locale.groupSeparator, at);

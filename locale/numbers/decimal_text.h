@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/digits.h"
 #include "locale/numbers/binary_double.h"
 
 namespace veldnls {
@@ -20,13 +21,13 @@ inline constexpr auto integerPowersOfTen = [] {
   return powers;
 }();
 
-inline char16_t digitUnit(uint32_t digit) { return static_cast<char16_t>(u'0' + digit); }
 inline bool isDigitUnit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 // How many digits a number has; zero has none.
 inline int32_t countDigits(uint64_t value) {
-  const auto estimate = static_cast<size_t>(std::bit_width(value) * 1233 >> 12);
-  return static_cast<int32_t>(estimate) + (value >= integerPowersOfTen[estimate] ? 1 : 0);
+  const auto bits = static_cast<uint32_t>(std::bit_width(value | 1));
+  const uint32_t estimate = bits * 1233 >> 12;
+  return static_cast<int32_t>(estimate + (value >= integerPowersOfTen[estimate] ? 1 : 0));
 }
 
 // "00" to "99".
@@ -86,35 +87,143 @@ inline void writeEightBytes(char16_t* out, uint64_t word) {
   for (int i = 0; i < 8; ++i) out[i] = bytes[i];
 }
 
-// Writes a number without zeros in front; zero has no digit. Returns its end. Shorter numbers take as much room as
-// leastIntegerRoom: U+0000 is written behind them.
-inline constexpr int32_t leastIntegerRoom = 8;
-inline char16_t* writeInteger(char16_t* out, uint64_t value) {
+// Writes a number above zero and below 10^8 in front of `end`, and U+0000 behind it as far as eight units from its
+// start. The way through here is the same for all: columns hold numbers of many lengths.
+inline void writeStartBefore(char16_t* end, uint64_t value) {
+  const int32_t count = countDigits(value);
+  writeEightBytes(end - count, eightDigitBytes(static_cast<uint32_t>(value)) >> 8 * (8 - count));
+}
+
+// Writes a number in front of `end` without zeros at its start; zero has no digit.
+inline void writeIntegerBefore(char16_t* end, uint64_t value) {
   constexpr uint64_t block = 100'000'000;
   if (value >= block) {
-    out = writeInteger(out, value / block);
-    writeEightBytes(out, eightDigitBytes(static_cast<uint32_t>(value % block)));
-    return out + 8;
+    const uint64_t upper = value / block;
+    if (upper < block) {
+      writeStartBefore(end - 8, upper);
+    } else {
+      writeStartBefore(end - 16, upper / block);
+      writeEightDigits(end - 16, static_cast<uint32_t>(upper % block));
+    }
+    writeEightDigits(end - 8, static_cast<uint32_t>(value % block));
+    return;
   }
-  const int32_t count = countDigits(value);
-  const uint64_t digits = count == 0 ? 0 : eightDigitBytes(static_cast<uint32_t>(value)) >> 8 * (8 - count);
-  writeEightBytes(out, digits);
-  return out + count;
+  auto rest = static_cast<uint32_t>(value);
+  if (rest >= 10000) {
+    writeFourDigits(end -= 4, rest % 10000);
+    rest /= 10000;
+  }
+  if (rest >= 100) {
+    writeTwoDigits(end -= 2, rest % 100);
+    rest /= 100;
+  }
+  if (rest >= 10) {
+    writeTwoDigits(end - 2, rest);
+  } else if (rest > 0) {
+    end[-1] = digitUnit(rest);
+  }
+}
+
+// "000" to "999", each behind the place of a separator, so that a group is written at once.
+inline constexpr size_t groupRoom = 4;
+inline constexpr auto digitGroups = [] {
+  // The last is read beyond its end.
+  std::array<char16_t, 1001 * groupRoom> groups{};
+  for (uint32_t i = 0; i < 1000; ++i) {
+    char16_t* group = &groups[i * groupRoom];
+    group[1] = digitUnit(i / 100);
+    group[2] = digitUnit(i / 10 % 10);
+    group[3] = digitUnit(i % 10);
+  }
+  return groups;
+}();
+
+// The same for a number from 1,000 on, with a separator between groups of three.
+template <class Word>
+void writeGroupsBefore(char16_t* end, Word value, char16_t separator) {
+  constexpr size_t groupBytes = groupRoom * sizeof(char16_t);
+  auto group = static_cast<uint32_t>(value % 1000);
+  const auto writeGroup = [&] {
+    std::memcpy(end -= groupRoom, &digitGroups[group * groupRoom], groupBytes);
+    *end = separator;
+  };
+  Word rest = value / 1000;
+  for (; rest >= 1000; rest /= 1000) {
+    writeGroup();
+    group = static_cast<uint32_t>(rest % 1000);
+  }
+  // The group overwrites what stands behind the first digits, so that no branch depends on their count.
+  const auto first = static_cast<uint32_t>(rest);
+  const size_t skipped = 1 + (first < 100 ? 1 : 0) + (first < 10 ? 1 : 0);
+  std::memcpy(end - 2 * groupRoom + skipped, &digitGroups[first * groupRoom + skipped], groupBytes);
+  writeGroup();
+}
+
+// Likewise for any number.
+inline void writeThousandsBefore(char16_t* end, uint64_t value, char16_t separator) {
+  if (value < 1000) {
+    writeIntegerBefore(end, value);
+  } else if (value >> 32 == 0) {
+    writeGroupsBefore(end, static_cast<uint32_t>(value), separator);
+  } else {
+    writeGroupsBefore(end, value, separator);
+  }
+}
+
+// Cuts the zeros at the end of a number that isn't zero, and returns how many there were.
+inline int32_t cutZeros(uint64_t& number) {
+  int32_t count = 0;
+  const auto cut = [&](uint64_t power, int32_t zeros) {
+    const bool found = number % power == 0;
+    if (found) {
+      number /= power;
+      count += zeros;
+    }
+    return found;
+  };
+  while (cut(100'000'000, 8)) {
+  }
+  cut(10'000, 4);
+  cut(100, 2);
+  cut(10, 1);
+  return count;
 }
 
 // Texts of numbers are short: these move a few units at a time, the last ones twice if need be.
-inline void fillUnits(char16_t* out, int32_t count, char16_t unit) {
-  constexpr int32_t block = 8;
+
+// At most fewUnits.
+inline constexpr int32_t fewUnits = 64;
+[[gnu::always_inline]] inline void fillFewUnits(char16_t* out, int32_t count, char16_t unit) {
+  constexpr ptrdiff_t block = 8;
   const std::array<char16_t, block> units{unit, unit, unit, unit, unit, unit, unit, unit};
-  if (count >= block) {
-    char16_t* last = out + count - block;
-    for (; out < last; out += block) std::memcpy(out, units.data(), sizeof units);
-    std::memcpy(last, units.data(), sizeof units);
+  const auto put = [&units](char16_t* at) { std::memcpy(at, units.data(), sizeof units); };
+  if (count >= block) [[likely]] {
+    char16_t* const end = out + count;
+    put(out);
+    put(end - block);
+    if (count <= 2 * block) return;
+    put(out + block);
+    put(end - 2 * block);
+    if (count <= 4 * block) return;
+    put(out + 2 * block);
+    put(out + 3 * block);
+    put(end - 3 * block);
+    put(end - 4 * block);
   } else if (count >= block / 2) {
     std::memcpy(out, units.data(), sizeof units / 2);
     std::memcpy(out + count - block / 2, units.data(), sizeof units / 2);
+  } else if (count > 0) {
+    out[0] = unit;
+    out[count / 2] = unit;
+    out[count - 1] = unit;
+  }
+}
+
+inline void fillUnits(char16_t* out, int32_t count, char16_t unit) {
+  if (count <= fewUnits) {
+    fillFewUnits(out, count, unit);
   } else {
-    for (; count > 0; --count) *out++ = unit;
+    std::fill_n(out, count, unit);
   }
 }
 

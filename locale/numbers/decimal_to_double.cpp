@@ -71,11 +71,10 @@ inline bool roundByUpperWords(const DecimalNumber& number, const WidePower& powe
   constexpr uint64_t powerGap = 3;
   constexpr uint64_t digitGap = 64;
   const uint64_t rest = word & (2 * half - 1);
-  const bool up = rest > half;
-  if ((!up && rest + powerGap + (number.more ? digitGap : 0) >= half) || exponent + drop < lowestDoubleExponent) {
-    return false;
-  }
-  *result = composeDouble((word >> drop) + (up ? 1 : 0), exponent + drop);
+  // Wraps around for what is rounded up: whether it is, no branch could foretell.
+  const uint64_t below = half - rest;
+  if (below <= powerGap + (number.more ? digitGap : 0) || exponent + drop < lowestDoubleExponent) return false;
+  *result = composeDouble((word >> drop) + (rest > half ? 1 : 0), exponent + drop);
   return true;
 }
 

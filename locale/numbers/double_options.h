@@ -35,15 +35,18 @@ struct Output {
   int32_t* length;
 };
 
+// Shows that a text of `length` units has no room in its field, or the field none in the output.
+inline NlsStatus showTooNarrow(int32_t field, int32_t length, const Output& out) {
+  *out.length = std::max(field, length);
+  fillUnits(out.units, std::min(field, out.capacity), u'*');
+  return nlsFieldTooNarrow;
+}
+
 // Places a text of `length` units in its field; `write(at)` writes it.
 template <class Write>
 NlsStatus placeInField(const DoubleOptions& options, int32_t length, const Output& out, Write write) {
   const int32_t field = options.width == 0 ? out.capacity : options.width;
-  if (length > out.capacity || field > out.capacity) {
-    *out.length = length > out.capacity ? length : field;
-    fillUnits(out.units, std::min(field, out.capacity), u'*');
-    return nlsFieldTooNarrow;
-  }
+  if (length > out.capacity || field > out.capacity) return showTooNarrow(field, length, out);
   char16_t* at = out.units;
   const int32_t blanks = options.width == 0 ? 0 : field - length;
   if (options.left || options.zero) {

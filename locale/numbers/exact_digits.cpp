@@ -98,6 +98,32 @@ void ExactDigits::writeFraction(int32_t places, char16_t* out) const {
   }
 }
 
+bool ExactDigits::cut(int32_t places, RoundedNumber* result) const {
+  if (large_ || places > maxIntegerPower) return false;
+  *result = {integer_, fraction_ == 0 ? 0 : scaleFraction(fraction_, shift_, places, 0)};
+  return true;
+}
+
+bool ExactDigits::roundClearly(int32_t places, RoundedNumber* result) const {
+  constexpr int32_t gapBits = 50;
+  constexpr int32_t mostShift = 100;
+  if (large_ || places > maxIntegerPower || shift_ == 0 || shift_ > mostShift) return false;
+  const uint64_t mantissa = shift_ < wordBits ? integer_ << shift_ | fraction_ : fraction_;
+  const uint64_t power = integerPowersOfTen[static_cast<size_t>(places)];
+  const UInt128 one = UInt128{1} << shift_;
+  const UInt128 scaled = UInt128{fraction_} * power + one / 2;
+  const UInt128 gap = ((UInt128{mantissa} * power + one / 2) >> gapBits) + 1;
+  const UInt128 rest = scaled & (one - 1);
+  if (rest < gap || rest + gap >= one) return false;
+  result->integer = integer_;
+  result->fraction = static_cast<uint64_t>(scaled >> shift_);
+  if (result->fraction == power) {
+    result->fraction = 0;
+    ++result->integer;
+  }
+  return true;
+}
+
 bool ExactDigits::round(int32_t places, RoundedNumber* result) const {
   if (large_ || places > maxIntegerPower) return false;
   result->integer = integer_;
@@ -111,10 +137,14 @@ bool ExactDigits::round(int32_t places, RoundedNumber* result) const {
   return true;
 }
 
+bool leadingNumber(double value, int32_t count, int32_t* power, uint64_t* digits) {
+  return scaleToDigits(decompose(value), count, power, digits);
+}
+
 int32_t leadingDigits(double value, int32_t count, char16_t* out) {
   int32_t power = 0;
   uint64_t digits = 0;
-  if (count <= maxIntegerPower && scaleToDigits(decompose(value), count, &power, &digits)) {
+  if (count <= maxIntegerPower && leadingNumber(value, count, &power, &digits)) {
     writeDigitsBefore(out + count, digits, count);
     return power;
   }

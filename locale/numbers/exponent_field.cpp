@@ -20,13 +20,19 @@ struct Scaled {
 struct ExponentField {
   Field field;
   int32_t precision;
-  double mantissa;
-  int32_t exponent;
+  double value;
+  Scaled scaled{};       // unless the leading digits are there
+  uint64_t leading = 0;  // so many digits of the value; 0 if their rounding isn't sure to be that of the mantissa
+  int32_t exponent = 0;
   int32_t digits = 0;
   int32_t exponentLength = 0;
   bool point = true;
+  uint64_t number = 0;  // the digits shown, without the zeros behind significantDigits
   NlsStatus status = 0;
 };
+
+// More digits than are shown, so that their rounding can be told.
+constexpr int32_t leadingCount = 17;
 
 // Letter, minus sign and digits.
 int32_t plainExponentLength(int32_t exponent) {
@@ -34,21 +40,25 @@ int32_t plainExponentLength(int32_t exponent) {
   return 1 + (exponent < 0 ? 1 : 0) + std::max(countDigits(magnitude), 1);
 }
 
+// The power of ten that a value is divided by first.
+int32_t firstPower(int32_t binary) {
+  // Values below the normal ones stay far below 0.1 for that bound.
+  if (binary < 0) return std::max(-((binary * -77 + 255) >> 8), -highestFieldPower);
+  return (binary * 77 >> 8) + (binary < 308 ? 1 : 0);
+}
+
 Scaled scaleMantissa(double value) {
   if (isZero(value)) return {value, 0};
   const int32_t binary = binaryExponent(decompose(value));
   double mantissa = 0;
-  int32_t exponent = 0;
+  int32_t exponent = firstPower(binary);
   if (binary < 0) {
-    // Values below the normal ones stay far below 0.1 for that bound.
-    exponent = std::max(-((binary * -77 + 255) >> 8), -highestFieldPower);
     mantissa = multiply(value, powerOfTen(-exponent));
     if (!isBelow(mantissa, 1)) {
       mantissa = multiply(mantissa, tenth);
       ++exponent;
     }
   } else {
-    exponent = (binary * 77 >> 8) + (binary < 308 ? 1 : 0);
     mantissa = divideByPowerOfTen(value, exponent);
     if (binary >= 308) {
       mantissa = divideByPowerOfTen(mantissa, 1);
@@ -62,15 +72,67 @@ Scaled scaleMantissa(double value) {
   return {mantissa, exponent - 1};
 }
 
-// Adds half a unit of the last digit shown, and returns whether the mantissa reached 1 and was scaled down.
+// Takes the leading digits of a value that is scaled by exact powers of ten, and whose mantissa isn't so near to 0.1 or
+// 1 that its exponent may not be theirs. False for any other.
+bool takeLeading(ExponentField& e) {
+  constexpr int32_t lastExactPower = 22;
+  constexpr uint64_t lowest = integerPowersOfTen[leadingCount - 1];
+  constexpr uint64_t gap = 1000;
+  if (isZero(e.value)) return false;
+  const int32_t binary = binaryExponent(decompose(e.value));
+  const int32_t first = firstPower(binary);
+  if (first < -lastExactPower || first > lastExactPower) return false;
+  uint64_t leading = 0;
+  if (!leadingNumber(e.value, leadingCount, &e.exponent, &leading)) return false;
+  // Scaling takes one step up, for small values, or down.
+  const int32_t steps = first - 1 - e.exponent;
+  if (steps > 1 || steps < (binary < 0 ? -1 : 0)) return false;
+  // A power of ten itself is known not to need a step.
+  const bool power = leading == lowest && e.exponent >= 0;
+  if ((leading < lowest + gap && !power) || leading > 10 * lowest - gap) return false;
+  e.leading = leading;
+  return true;
+}
+
+// Rounds the leading digits to those shown; false if mantissa and exponent are to be looked at.
+bool roundLeading(ExponentField& e) {
+  // The mantissa is pushed up by 16 units of 2^-53, and seven roundings move it by less than one each.
+  const uint64_t gap = (e.leading >> 48) + 2;
+  const int32_t shown = std::min(e.digits, significantDigits);
+  const uint64_t unit = integerPowersOfTen[static_cast<size_t>(leadingCount - shown)];
+  const uint64_t rounded = e.leading + (e.digits <= lastHalfUnit ? unit / 2 : 0);
+  e.number = rounded / unit;
+  return rounded % unit + gap < unit && e.number < integerPowersOfTen[static_cast<size_t>(shown)];
+}
+
+void scale(ExponentField& e) {
+  e.leading = 0;
+  e.scaled = scaleMantissa(e.value);
+  e.exponent = e.scaled.exponent;
+}
+
+// Adds half a unit of the last digit shown, and returns whether the mantissa reached 1 and was scaled down. One that
+// was above 1 before has gained but a tenth of that half unit by then: its digits are cut rather than rounded.
 bool roundMantissa(ExponentField& e) {
-  if (isZero(e.mantissa)) return false;
-  if (e.digits <= lastHalfUnit) e.mantissa = add(e.mantissa, halfUnits[static_cast<size_t>(e.digits)]);
-  e.mantissa = multiply(e.mantissa, nudge);
-  if (isBelow(e.mantissa, 1)) return false;
-  e.mantissa = multiply(e.mantissa, tenth);
+  double& mantissa = e.scaled.mantissa;
+  if (isZero(mantissa)) return false;
+  if (e.digits <= lastHalfUnit) mantissa = add(mantissa, halfUnits[static_cast<size_t>(e.digits)]);
+  mantissa = multiply(mantissa, nudge);
+  if (isBelow(mantissa, 1)) return false;
+  mantissa = multiply(mantissa, tenth);
   ++e.exponent;
   return true;
+}
+
+// Rounds to the digits shown; returns whether that raised the exponent.
+bool roundToDigits(ExponentField& e) {
+  if (e.leading != 0) {
+    if (roundLeading(e)) return false;
+    const int32_t exponent = e.exponent;
+    scale(e);
+    e.exponent = exponent;
+  }
+  return roundMantissa(e);
 }
 
 void fitFixedExponent(ExponentField& e) {
@@ -85,7 +147,8 @@ void fitFixedExponent(ExponentField& e) {
   } else if (e.digits < wanted) {
     e.status = nlsDigitsLost;
   }
-  if (e.digits > 0 && roundMantissa(e) && e.exponent == 100) {
+  // Only an exponent that becomes longer moves the end of the text: behind E-99 out of E-100 a place stays blank.
+  if (e.digits > 0 && roundToDigits(e) && e.exponent == 100) {
     ++e.exponentLength;
     --e.digits;
   }
@@ -119,7 +182,7 @@ bool fitPlainExponent(ExponentField& e) {
     --e.digits;
   }
   if (e.digits < 1) return false;
-  if (roundMantissa(e)) {
+  if (roundToDigits(e)) {
     const int32_t change = plainExponentLength(e.exponent) - e.exponentLength;
     e.exponentLength += change;
     e.digits -= change;
@@ -128,9 +191,8 @@ bool fitPlainExponent(ExponentField& e) {
   return e.digits > 0;
 }
 
-void cutZeros(ExponentField& e, const char16_t* digits, int32_t taken) {
-  int32_t left = taken;
-  while (left > 1 && digits[left - 1] == u'0') --left;
+void dropZeros(ExponentField& e, int32_t taken) {
+  const int32_t left = e.number == 0 ? 1 : taken - cutZeros(e.number);
   if (!e.point) {
     e.exponent += e.digits - left;
     e.exponentLength = plainExponentLength(e.exponent);
@@ -154,24 +216,33 @@ void writeExponent(char16_t* at, const ExponentField& e) {
 }  // namespace
 
 NlsStatus writeExponentField(const LocaleNumber& locale, double value, Field field, int32_t precision) {
-  const Scaled scaled = scaleMantissa(value);
-  ExponentField e{.field = field, .precision = precision, .mantissa = scaled.mantissa, .exponent = scaled.exponent};
+  ExponentField e{.field = field, .precision = precision, .value = value};
+  if (!takeLeading(e)) scale(e);
   if (precision < 0) {
     fitFixedExponent(e);
+    // A mantissa that was rounded up to 1E100, and has no room as such, is rounded once more.
     if (e.digits < 1) e.precision = fittingPrecision;
   }
   if (e.precision > 0 && !fitPlainExponent(e)) return nlsFieldTooNarrow;
-  char16_t digits[significantDigits + 1];
   const int32_t taken = std::min(e.digits, significantDigits);
-  // The mantissa is below 1 and has no integer digits.
-  ExactDigits(e.mantissa).writeFraction(taken, digits);
-  if (e.precision > 0) cutZeros(e, digits, taken);
+  if (e.leading == 0) {
+    // The mantissa is below 1 and has no integer digits.
+    RoundedNumber mantissa;
+    ExactDigits(e.scaled.mantissa).cut(taken, &mantissa);
+    e.number = mantissa.fraction;
+  }
+  if (e.precision > 0) dropZeros(e, taken);
+  const int32_t behind = std::min(e.digits, taken);
   char16_t* at = e.field.units + e.field.width - e.digits - (e.point ? 1 : 0) - e.exponentLength;
   if (e.field.negative) *at++ = u'-';
-  *at++ = digits[0];
-  if (e.point) *at++ = locale.decimalPoint;
-  const int32_t behind = std::min(e.digits, taken);
-  at = copyUnits(digits + 1, behind - 1, at);
+  // The point takes the place of the first digit, which moves to the left.
+  char16_t* first = at;
+  at += behind + (e.point ? 1 : 0);
+  writeDigitsBefore(at, e.number, behind);
+  if (e.point) {
+    first[0] = first[1];
+    first[1] = locale.decimalPoint;
+  }
   fillUnits(at, e.digits - behind, u'0');
   writeExponent(at + (e.digits - behind), e);
   return e.status;

@@ -16,6 +16,11 @@ struct Field {
   bool negative;
 };
 
+// The value in decimal form, or with an exponent if it doesn't fit.
+// Returns 0; nlsDigitsLost; nlsFieldTooNarrow, without output.
+NlsStatus writeDecimalOrExponentField(const LocaleNumber& locale, double value, const DoubleOptions& options, bool best,
+                                      const Field& field);
+
 // A precision of the exponent form that shows as many digits as fit.
 inline constexpr int32_t fittingPrecision = 99;
 

@@ -21,21 +21,21 @@ DoubleOptions readOptions(double value, int32_t width, int32_t precision, uint32
 }
 
 // The letter stands in the place of the last integer digit, or at the end of a field without such a place.
-void formatMissingDecimal(char16_t letter, const DoubleOptions& options, const Output& out) {
+NlsStatus formatMissingDecimal(char16_t letter, const DoubleOptions& options, const Output& out) {
+  // Unlike the field of a number, this one isn't cut to the output: that could cut its letter.
+  if (options.width > out.capacity) return showTooNarrow(options.width, 0, out);
   fillUnits(out.units, out.capacity, u' ');
   const int32_t precision = options.precision < 0 ? defaultPrecision : options.precision;
   int32_t place = options.width - precision - 1;
   if (place < 0) place = options.has(FMT_GROUP) ? -1 : options.width - 1;
-  if (place >= 0 && place < out.capacity) out.units[place] = letter;
+  if (place >= 0) out.units[place] = letter;
   *out.length = options.width;
+  return 0;
 }
 
 NlsStatus formatMissing(char16_t letter, const DoubleOptions& options, const Output& out) {
-  if (!options.has(FMT_FIELD_DECIMAL)) {
-    return placeInField(options, 1, out, [letter](char16_t* at) { *at = letter; });
-  }
-  formatMissingDecimal(letter, options, out);
-  return 0;
+  if (options.has(FMT_FIELD_DECIMAL)) return formatMissingDecimal(letter, options, out);
+  return placeInField(options, 1, out, [letter](char16_t* at) { *at = letter; });
 }
 
 }  // namespace

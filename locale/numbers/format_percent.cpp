@@ -28,7 +28,7 @@ NlsStatus formatPercent(const LocaleNumber& locale, double value, int32_t width,
   const NlsStatus status = formatDouble(locale, hundredfold(value), reduce(width, places), precision, FMT_FIXED, output,
                                         reduce(capacity, places), length);
   const int32_t count = *length;
-  *length += places;
+  *length = static_cast<int32_t>(std::min<int64_t>(int64_t{count} + places, std::numeric_limits<int32_t>::max()));
   if (status != 0) return status;
   output[count] = u'%';
   if (parentheses) {

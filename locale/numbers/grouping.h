@@ -23,6 +23,14 @@ class GroupSizes {
   int32_t place_ = 0;
 };
 
+// The size that most locales have.
+inline constexpr int32_t thousands = 3;
+
+// Whether that is the size of all groups.
+inline bool groupsThousands(const LocaleNumber& locale) {
+  return locale.numberGrouping.count == 1 && locale.numberGrouping.text[0] == u'3';
+}
+
 // The one group size of a double: that of a text of one number, and 3 for any other, as "3;2". Not positive if there
 // are no groups.
 int32_t groupSize(const LocaleNumber& locale);

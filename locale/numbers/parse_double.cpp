@@ -4,6 +4,7 @@
 #include "locale/numbers/decimal_to_double.h"
 #include "locale/numbers/missing_value.h"
 #include "locale/numbers/parsers.h"
+#include "locale/numbers/text_reader.h"
 
 namespace veldnls {
 namespace {
@@ -19,21 +20,7 @@ struct Signs {
   char16_t separator;
 };
 
-bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
-
-// A text on its way through the parser. Every reader returns false at a unit that doesn't belong there, with `at` on
-// it.
-struct Reader {
-  const char16_t* at;
-  const char16_t* end;
-
-  bool ended() const { return at == end; }
-  bool is(char16_t unit) const { return at != end && *at == unit; }
-  bool isDigit() const { return at != end && isDigitUnit(*at); }
-  void skipBlanks() {
-    while (at != end && isBlank(*at)) ++at;
-  }
-};
+// Every function that reads returns false at a unit that doesn't belong there, with `at` on it.
 
 // Takes the digits of a mantissa. Those of a short text, of at most maxLeading units, all fit.
 template <bool isShort>
@@ -58,7 +45,7 @@ struct DigitTaker {
 
 // Reads digits with their separators and point; false at a separator that ends the text.
 template <bool isShort>
-bool readMantissa(Reader& reader, const Signs& signs, DecimalNumber& number) {
+bool readMantissa(TextReader& reader, const Signs& signs, DecimalNumber& number) {
   const char16_t* at = reader.at;
   const char16_t* const end = reader.end;
   number.text = at;
@@ -86,7 +73,7 @@ bool readMantissa(Reader& reader, const Signs& signs, DecimalNumber& number) {
 }
 
 // An exponent, if there is one. Larger ones than any that matters are cut.
-bool readExponent(Reader& reader, const Signs& signs, int64_t& exponent) {
+bool readExponent(TextReader& reader, const Signs& signs, int64_t& exponent) {
   constexpr int64_t enough = 1'000'000'000'000;
   exponent = 0;
   if (reader.ended()) return true;
@@ -116,7 +103,7 @@ NlsStatus convert(DecimalNumber number, int64_t exponent, bool negative, double*
   return 0;
 }
 
-NlsStatus readNumber(Reader& reader, const Signs& signs, bool negative, double* value) {
+NlsStatus readNumber(TextReader& reader, const Signs& signs, bool negative, double* value) {
   DecimalNumber number;
   int64_t exponent = 0;
   const bool isShort = reader.end - reader.at <= DecimalNumber::maxLeading;
@@ -125,17 +112,17 @@ NlsStatus readNumber(Reader& reader, const Signs& signs, bool negative, double* 
   if (!complete || !readExponent(reader, signs, exponent)) return nlsNoDigits;
   // The name speaks of dates, where the value is raised too.
   if (exponent > maxExponent) return nlsDateOutOfRange;
-  reader.skipBlanks();
+  reader.skipBlanksAndTabs();
   return reader.ended() ? convert(number, exponent, negative, value) : nlsNoDigits;
 }
 
 // Behind a point that is no decimal point.
-NlsStatus readMissing(Reader& reader, double* value) {
+NlsStatus readMissing(TextReader& reader, double* value) {
   if (reader.ended()) return 0;
   const char16_t* letterAt = reader.at++;
-  reader.skipBlanks();
+  reader.skipBlanksAndTabs();
   if (!reader.ended()) return nlsNoDigits;
-  if (isBlank(*letterAt)) return 0;
+  if (isBlankOrTab(*letterAt)) return 0;
   const char16_t letter = foldToUpper(*letterAt);
   if (letter != u'_' && (letter < u'A' || letter > u'Z')) {
     reader.at = letterAt;
@@ -146,14 +133,14 @@ NlsStatus readMissing(Reader& reader, double* value) {
 }
 
 // Whether a number starts here: a digit, or the decimal point and a digit. `reader` stands at the unit that decides.
-bool startsNumber(Reader& reader, const Signs& signs) {
+bool startsNumber(TextReader& reader, const Signs& signs) {
   if (reader.isDigit()) return true;
   if (!reader.is(signs.point)) return false;
   ++reader.at;
   return reader.isDigit();
 }
 
-NlsStatus readValue(Reader& reader, const Signs& signs, double* value) {
+NlsStatus readValue(TextReader& reader, const Signs& signs, double* value) {
   const char16_t* first = reader.at;
   const bool signedNumber = reader.is(u'+') || reader.is(u'-');
   if (signedNumber) ++reader.at;
@@ -177,8 +164,8 @@ NlsStatus parseDouble(const LocaleNumber* locale, const char16_t* text, int32_t 
   *consumed = 0;
   if (length < 1) return length == 0 ? 0 : nlsNoDigits;
   const Signs signs = locale == nullptr ? Signs{u'.', u','} : Signs{locale->decimalPoint, locale->groupSeparator};
-  Reader reader{text, text + length};
-  reader.skipBlanks();
+  TextReader reader{text, text + length};
+  reader.skipBlanksAndTabs();
   const char16_t* first = reader.at;
   const NlsStatus status = reader.ended() ? 0 : readValue(reader, signs, value);
   // A text that can't be a number from its first unit on is not consumed at all.

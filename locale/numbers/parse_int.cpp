@@ -2,25 +2,15 @@
 
 #include "locale/numbers/decimal_text.h"
 #include "locale/numbers/parsers.h"
+#include "locale/numbers/text_reader.h"
 
 namespace veldnls {
 namespace {
 
-struct Reader {
-  const char16_t* at;
-  const char16_t* end;
-
-  bool ended() const { return at == end; }
-  bool is(char16_t unit) const { return at != end && *at == unit; }
-  void skipBlanks() {
-    while (is(u' ')) ++at;
-  }
-};
-
 struct Format {
   char16_t separator;
   uint32_t base;
-  bool pairs;           // a separator takes the unit behind it along
+  int32_t* pairs;       // counts the separators, each of which takes the unit behind it along; null where none does
   bool trailingBlanks;  // may be consumed
 };
 
@@ -40,7 +30,7 @@ inline uint32_t digitValue(char16_t unit, uint32_t base) {
 }
 
 // Whether a number may end in front of the next unit.
-NlsStatus readEnd(Reader& reader, const Format& format) {
+NlsStatus readEnd(TextReader& reader, const Format& format) {
   if (format.trailingBlanks && reader.is(u' ')) {
     reader.skipBlanks();
     return reader.ended() || reader.is(u'\0') ? 0 : nlsNoDigits;
@@ -50,15 +40,15 @@ NlsStatus readEnd(Reader& reader, const Format& format) {
 }
 
 // Skips the digits and separators that follow an overflow; those of unsigned numbers may be hexadecimal in either base.
-NlsStatus skipOverflow(Reader& reader, const Format& format) {
-  const uint32_t base = format.pairs ? 10 : 16;
+NlsStatus skipOverflow(TextReader& reader, const Format& format) {
+  const uint32_t base = format.pairs != nullptr ? 10 : 16;
   while (!reader.ended() && (*reader.at == format.separator || digitValue(*reader.at, base) != noDigit)) ++reader.at;
   return nlsNumberOverflow;
 }
 
 // Reads digits up to one that might overflow, or another unit.
 template <uint32_t base>
-uint64_t readSafeDigits(Reader& reader, uint64_t value, uint64_t limit) {
+uint64_t readSafeDigits(TextReader& reader, uint64_t value, uint64_t limit) {
   const char16_t* at = reader.at;
   for (; at != reader.end && value < limit; ++at) {
     const uint32_t digit = digitValue(*at, base);
@@ -69,8 +59,7 @@ uint64_t readSafeDigits(Reader& reader, uint64_t value, uint64_t limit) {
   return value;
 }
 
-// `pairs` counts the separators that took a unit along.
-NlsStatus readDigits(Reader& reader, const Format& format, const Limit& limit, uint64_t* value, int32_t* pairs) {
+NlsStatus readDigits(TextReader& reader, const Format& format, const Limit& limit, uint64_t* value) {
   for (;;) {
     *value = format.base == 16 ? readSafeDigits<16>(reader, *value, limit.value)
                                : readSafeDigits<10>(reader, *value, limit.value);
@@ -84,9 +73,9 @@ NlsStatus readDigits(Reader& reader, const Format& format, const Limit& limit, u
       *value = *value * format.base + digit;
     } else if (*reader.at != format.separator || format.base != 10) {
       return readEnd(reader, format);
-    } else if (format.pairs && reader.at + 1 != reader.end) {
+    } else if (format.pairs != nullptr && reader.at + 1 != reader.end) {
       ++reader.at;
-      ++*pairs;
+      ++*format.pairs;
     }
     ++reader.at;
   }
@@ -113,7 +102,7 @@ NlsStatus parseSigned(const LocaleNumber& locale, const char16_t* text, int32_t 
   *value = 0;
   *consumed = 0;
   if (length < 0) return nlsNegativeLength;
-  Reader reader{text, text + length};
+  TextReader reader{text, text + length};
   reader.skipBlanks();
   const bool negative = reader.is(u'-');
   const bool sign = negative || reader.is(u'+');
@@ -126,8 +115,8 @@ NlsStatus parseSigned(const LocaleNumber& locale, const char16_t* text, int32_t 
   int32_t pairs = 0;
   if (!reader.ended()) {
     constexpr auto largest = static_cast<uint64_t>(std::numeric_limits<Integer>::max());
-    const Format format{locale.groupSeparator, 10, true, (flags & PARSE_ALLOW_TRAILING_BLANKS) != 0};
-    status = readDigits(reader, format, {largest / 10, negative ? 8U : 7U}, &magnitude, &pairs);
+    const Format format{locale.groupSeparator, 10, &pairs, (flags & PARSE_ALLOW_TRAILING_BLANKS) != 0};
+    status = readDigits(reader, format, {largest / 10, negative ? 8U : 7U}, &magnitude);
   }
   *value = static_cast<Integer>(negative ? -magnitude : magnitude);
   // Both units of a pair count as one place.
@@ -136,7 +125,7 @@ NlsStatus parseSigned(const LocaleNumber& locale, const char16_t* text, int32_t 
 }
 
 // Moves behind sign and prefix; false if no number can follow.
-bool readUnsignedStart(Reader& reader, bool hex) {
+bool readUnsignedStart(TextReader& reader, bool hex) {
   if (reader.is(u'-') || (hex && reader.is(u'+'))) return false;
   if (reader.is(u'+')) {
     ++reader.at;
@@ -156,17 +145,16 @@ NlsStatus parseUnsigned(const LocaleNumber& locale, const char16_t* text, int32_
   *value = 0;
   *consumed = 0;
   if (length < 0) return nlsNegativeLength;
-  Reader reader{text, text + length};
+  TextReader reader{text, text + length};
   reader.skipBlanks();
   NlsStatus status = 0;
   if (!reader.ended()) {
     const bool hex = (flags & PARSE_HEX) != 0;
-    const Format format{locale.groupSeparator, hex ? 16U : 10U, false, (flags & PARSE_ALLOW_TRAILING_BLANKS) != 0};
+    const Format format{locale.groupSeparator, hex ? 16U : 10U, nullptr, (flags & PARSE_ALLOW_TRAILING_BLANKS) != 0};
     constexpr uint64_t largest = std::numeric_limits<Integer>::max();
     const Limit limit{largest / format.base, static_cast<uint32_t>(largest % format.base)};
     uint64_t number = 0;
-    int32_t pairs = 0;
-    status = readUnsignedStart(reader, hex) ? readDigits(reader, format, limit, &number, &pairs) : nlsNoDigits;
+    status = readUnsignedStart(reader, hex) ? readDigits(reader, format, limit, &number) : nlsNoDigits;
     *value = static_cast<Integer>(number);
   }
   *consumed = static_cast<int32_t>(reader.at - text);

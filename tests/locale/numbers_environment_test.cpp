@@ -107,10 +107,11 @@ TEST_F(NumberEnvironment, SubnormalsAreTakenWhereTheProcessorCutsThem) {
 
 TEST_F(NumberEnvironment, ProcessLocalesDontMatter) {
   const std::string usual = everything();
+  const std::string before = std::setlocale(LC_ALL, nullptr);
   for (const char* name : {"", "de_DE.UTF-8", "tr_TR.UTF-8", "ar_EG.UTF-8", "C.UTF-8"}) {
     if (std::setlocale(LC_ALL, name) == nullptr) continue;
     const std::string result = everything();
-    std::setlocale(LC_ALL, "C");
+    std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(result, usual) << name;
   }
 }

@@ -204,7 +204,7 @@ TEST_F(NumberFormats, AMissingValueStandsInThePlaceOfTheLastIntegerDigit) {
   EXPECT_EQ(formatDouble(value, 6, 2, FMT_FIELD_DECIMAL, 8), (Result{0, 6, u"   B    "}));
   EXPECT_EQ(formatDouble(value, 6, 6, FMT_FIELD_DECIMAL, 6), (Result{0, 6, u"     B"}));
   EXPECT_EQ(formatDouble(value, 6, 6, FMT_FIELD_DECIMAL | FMT_GROUP, 6), (Result{0, 6, u"      "}));
-  EXPECT_EQ(formatDouble(value, 9, 2, FMT_FIELD_DECIMAL, 4), (Result{0, 9, u"    "}));
+  EXPECT_EQ(formatDouble(value, 9, 2, FMT_FIELD_DECIMAL, 4), (Result{nlsFieldTooNarrow, 9, u"****"}));
   EXPECT_EQ(formatDouble(value, 0, 0, FMT_FIELD_DECIMAL, 2), (Result{0, 0, u"  "}));
   EXPECT_EQ(formatDouble(value, 9, 2, 0, 4), (Result{nlsFieldTooNarrow, 9, u"****"}));
 }

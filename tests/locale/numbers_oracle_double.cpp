@@ -59,7 +59,7 @@ Result tail(const Call& call, const std::u16string& text) {
   const int field = call.width == 0 ? call.capacity : call.width;
   if (length > call.capacity || field > call.capacity) {
     for (int i = 0; i < std::min(field, call.capacity); ++i) result.units[static_cast<size_t>(i)] = u'*';
-    return {nlsFieldTooNarrow, length > call.capacity ? length : field, result.units};
+    return {nlsFieldTooNarrow, std::max(length, field), result.units};
   }
   std::u16string written = text;
   if (!call.left && !call.zero && call.width != 0) {
@@ -543,13 +543,16 @@ Result missing(const Call& call, uint64_t bits) {
   auto letter = static_cast<char16_t>(~bits >> 40 & 0xFF);
   if (letter == u'-') letter = u'_';
   if (!call.has(FMT_FIELD_DECIMAL)) return tail(call, std::u16string(1, letter));
+  if (call.width > call.capacity) {
+    return {nlsFieldTooNarrow, call.width, std::u16string(static_cast<size_t>(call.capacity), u'*')};
+  }
   Result result{0, call.width, std::u16string(static_cast<size_t>(call.capacity), u' ')};
   int place = call.width - (call.precision < 0 ? 6 : call.precision) - 1;
   if (place < 0) {
     if (call.has(FMT_GROUP)) return result;
     place = call.width - 1;
   }
-  if (place >= 0 && place < call.capacity) result.units[static_cast<size_t>(place)] = letter;
+  if (place >= 0) result.units[static_cast<size_t>(place)] = letter;
   return result;
 }
 
