@@ -98,6 +98,14 @@ bool endsInReplacedPair(const CallRow& row, Span bytes, Span whole) {
   return replaced && pair && isPrefix(bytes.first(at), whole);
 }
 
+// A field without its number, of stars with blanks in front.
+bool isStarred(Span bytes) {
+  for (size_t i = 0; i + 1 < bytes.size(); i += sizeof(char16_t)) {
+    if ((bytes[i] != '*' && bytes[i] != ' ') || bytes[i + 1] != 0) return false;
+  }
+  return true;
+}
+
 // The last units of `whole`, from the end.
 bool isReversedTail(Span bytes, Span whole) {
   if (bytes.size() > whole.size()) return false;
@@ -118,6 +126,10 @@ bool isShortened(const CallRow& row, const Outcome& outcome, const Outcome& whol
       return isPrefix(outcome.bytes, whole.bytes) ||
              (outcome.bytes.size() >= row.closing &&
               isPrefix(Span(outcome.bytes).first(outcome.bytes.size() - row.closing), whole.bytes));
+    case Shortening::stars:
+      return outcome == whole || isStarred(outcome.bytes);
+    case Shortening::fitted:
+      return true;
     default:
       return outcome.bytes.size() == whole.bytes.size() ? outcome.bytes == whole.bytes
                                                         : isReversedTail(outcome.bytes, whole.bytes);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "bounds/locale_calls.h"
 #include "bounds/routes.h"
 #include "core/digits.h"
 #include "core/name_index.h"
@@ -270,6 +271,7 @@ std::vector<CallRow> callRows() {
   addLookups(rows);
   addNumbers(rows);
   addEstimates(rows);
+  addLocaleCalls(rows);
   return rows;
 }
 

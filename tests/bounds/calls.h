@@ -25,6 +25,8 @@ enum class Shortening {
   pairBecomesFFFD,  // but a surrogate pair of which only the first unit has room becomes U+FFFD
   closed,           // the same but for a shift-in that ends it
   reversed,         // digits: the low ones remain, last one first
+  stars,            // it has stars in their place
+  fitted,           // it is another text, made for its room
 };
 
 struct CallRow {

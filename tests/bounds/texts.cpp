@@ -194,6 +194,16 @@ Bytes makeText(TextKind kind, Condition condition, uint32_t seed, size_t length)
                        u"xx_YY", u"German", u"WL", u"English_UnitedStates"},
                       random, length);
       break;
+    case TextKind::number:
+      text = nameText({u"1234,5", u"-1.234.567,89", u"+5", u" 12", u"1e400", u"1,5e-3", u".a", u"0x1F", u"ffffffff",
+                       u"2147483648", u"18446744073709551616", u"1.", u"-", u"12345678901234567890123456789,0625e-8"},
+                      random, length);
+      break;
+    case TextKind::moment:
+      text = nameText({u"03.02.2011", u"3 Feb 2011", u"28. Dezember 1999", u"01.01.1960 00:00:01", u"23:59:59",
+                       u"12:30:00 AM", u"17.45 Uhr", u"  05.11.20001", u"31.12.1582"},
+                      random, length);
+      break;
     default:
       text = unicodeText(formOf(kind), random,
                          condition == Condition::basic ? basicRanges : static_cast<uint32_t>(std::size(ranges)),

@@ -28,6 +28,8 @@ enum class TextKind {
   iso2022kr,
   encodingName,
   localeName,
+  number,
+  moment,
   real
 };
 
