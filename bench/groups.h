@@ -16,8 +16,18 @@ void runConversions(Runner& runner, const Library& library, const std::string& t
 // The test whether encoded text is well-formed.
 void runValidation(Runner& runner, const Library& library, const std::string& textFolder);
 
+// Text with faults at random places, which library and ICU replace, each in its own way: outputs aren't compared.
+void runDamage(Runner& runner, const Library& library, const std::string& textFolder);
+
+// The library beside itself on half the text.
+void runDoubling(Runner& runner, const Library& library, const std::string& textFolder);
+
 // Finding an encoding by its name.
 void runNames(Runner& runner, const Library& library);
+
+// Formatting and parsing numbers. Ahead of timing, every text and value is compared with the peer's; throws if one
+// differs.
+void runNumbers(Runner& runner, const Library& library);
 
 // Taking and giving back blocks of a memory pool, with few and with many live ones.
 void runPools(Runner& runner, const Library& library);

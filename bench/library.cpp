@@ -43,16 +43,22 @@ CEI Library::cei(const Encoding& encoding) const {
   return cei;
 }
 
-Converter Library::converter(const Encoding& from, const Encoding& to) const {
+Converter Library::converter(const Encoding& from, const Encoding& to) const { return converterThatTakes(0, from, to); }
+
+Converter Library::substitutingConverter(const Encoding& from, const Encoding& to) const {
+  return converterThatTakes(nlsSubstituted, from, to);
+}
+
+Converter Library::converterThatTakes(NlsStatus besidesZero, const Encoding& from, const Encoding& to) const {
   // Pipelines end with the object. One to gb18030 writes four-byte codes only if the object has had one from it.
   if (std::string(to.name) == "gb18030") nls_->createToUtf16Pipeline(nls_, cei(to), nullptr, nullptr);
   TranscodingPipeline* pipeline = nls_->createPipeline(nls_, cei(from), cei(to), nullptr, nullptr);
   if (pipeline == nullptr) throw std::runtime_error(std::string("no pipeline from ") + from.name + " to " + to.name);
-  return makeConverter("veldnls", [pipeline](Bytes input, Room output) -> size_t {
+  return makeConverter("veldnls", [pipeline, besidesZero](Bytes input, Room output) -> size_t {
     uint32_t length = 0;
     const NlsStatus status = pipeline->transcode(pipeline, input.data(), static_cast<uint32_t>(input.size()),
                                                  output.data(), static_cast<uint32_t>(output.size()), &length, nullptr);
-    return status == 0 ? length : 0;
+    return status == 0 || status == besidesZero ? length : 0;
   });
 }
 

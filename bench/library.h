@@ -27,11 +27,15 @@ class Library {
   // A run of a pipeline made here, once. Converts nothing, and answers 0, when the pipeline answers any status but 0.
   Converter converter(const Encoding& from, const Encoding& to) const;
 
+  // The same, but takes a text with faults, in place of which the pipeline writes its substitute.
+  Converter substitutingConverter(const Encoding& from, const Encoding& to) const;
+
   // The test of encoded text: answers the length of a valid text, otherwise 0.
   Converter validator(const Encoding& encoding) const;
 
  private:
   CEI cei(const Encoding& encoding) const;
+  Converter converterThatTakes(NlsStatus besidesZero, const Encoding& from, const Encoding& to) const;
 
   void* module_ = nullptr;
   NlsLibraryEntry entry_ = nullptr;

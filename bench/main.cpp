@@ -30,7 +30,10 @@ void run(const std::string& modulePath, const std::string& textFolder, const ben
   bench::Library library(modulePath);
   bench::runConversions(runner, library, textFolder);
   bench::runValidation(runner, library, textFolder);
+  bench::runDamage(runner, library, textFolder);
+  bench::runDoubling(runner, library, textFolder);
   bench::runNames(runner, library);
+  bench::runNumbers(runner, library);
   bench::runPools(runner, library);
   bench::runConstruction(runner, library);
   out << nlohmann::ordered_json{{"context", context(settings)}, {"groups", runner.results()}}.dump() << '\n';
@@ -39,7 +42,7 @@ void run(const std::string& modulePath, const std::string& textFolder, const ben
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Times veldnls beside ICU, iconv, memcpy and malloc, and writes every sample as JSON.");
+  CLI::App app("Times veldnls beside ICU, iconv and the C and C++ libraries, and writes every sample as JSON.");
   bench::Settings settings;
   std::string modulePath = BENCH_MODULE;
   std::string textFolder = BENCH_TEXTS;

@@ -45,13 +45,22 @@ class Arithmetic(unittest.TestCase):
 
     def test_floors_of_multi_byte_encodings_go_by_the_length_of_the_text(self):
         def floors(kind):
-            return [ratios.floor_of(kind, form, "iconv", has_vbmi=False) for form in tables.FORMS]
+            return [ratios.floor_of(kind, "a to b", form, "iconv", has_vbmi=False) for form in tables.FORMS]
 
         self.assertEqual(floors("multi"), [1.0, 1.0, 1.5, 1.5, 1.0])
         self.assertEqual(floors("multi-multi"), [2.0, 2.0, 1.5, 1.5, 1.5])
         found = [ratios.Ratio("multi", "a to utf-8", "ja", form, "iconv", 1.2, floor)
                  for form, floor in zip(tables.FORMS, floors("multi"))]
         self.assertIn("| 1.00 or 1.50 | 5 | 2 |", tables.markdown_summary(found))
+
+    def test_floors_of_numbers_go_by_the_call(self):
+        def floor(op):
+            return ratios.floor_of("numbers", op, "en_US", "std::to_chars", has_vbmi=False)
+
+        self.assertEqual([floor(op) for op in ("formatDouble fixed", "formatDouble field BEST 12", "formatInt64 grouped")],
+                         [1.0, 0.5, 0.8])
+        with self.assertRaises(ValueError):
+            floor("formatPercent")
 
     def test_without_a_peer_there_is_no_ratio_but_a_speed(self):
         samples = group("utf-e", "looped", veldnls=[50])
@@ -70,6 +79,7 @@ class Arithmetic(unittest.TestCase):
         dots = [ratios.Ratio("page", "a to utf-8", "de", "random", "iconv", value, 1.0) for value in (0.001, 1.0, 1e6)]
         dots += [ratios.Ratio("multi", op, "ja", "random", "iconv", 1.0, 1.0) for op in ("a to utf-8", "utf-8 to a")]
         dots.append(ratios.Ratio("multi-multi", "a to b", "ja", "random", "iconv", 1.0, 2.0))
+        dots.append(ratios.Ratio("numbers", "parseInt64", "18 digits", "en_US", "std::from_chars", 1.0, 0.8))
         names = [ratios.Ratio("names", "name look-up", "names", "all", "ICU", 2.0, None)]
         root = ElementTree.fromstring(picture.draw(dots + names, "a & b"))
         circles = [element for element in root.iter() if element.tag.endswith("circle")]
@@ -108,7 +118,7 @@ class EndToEnd(unittest.TestCase):
                 self.assertIn((op, form), seen)
         self.assertIn("memcpy", {row["peer"] for row in rows})
         self.assertIn("malloc", {row["peer"] for row in rows})
-        self.assertIn("name look-up", {row["op"] for row in rows})
+        self.assertLessEqual({"name look-up", "formatDouble fixed", "parseInt64"}, {row["op"] for row in rows})
         self.assertIn("below their floors", done.stdout)
         ElementTree.parse(out / "performance.svg")
         for path, content in docs.items():

@@ -12,7 +12,7 @@
 namespace bench {
 
 // What a group times. `kind` gathers groups that are judged alike: page, unicode, bytes, multi, multi-multi, utf-e,
-// validate, names, pool, pool-growth, construction.
+// validate, damage, doubling, names, numbers, pool, pool-growth, construction.
 struct Subject {
   std::string kind;
   std::string op;

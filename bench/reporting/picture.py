@@ -1,4 +1,4 @@
-"""The picture: every ratio a dot on a logarithmic scale, a line for each kind of conversion."""
+"""The picture: every ratio a dot on a logarithmic scale, a line for each kind of conversion and each call of numbers."""
 import math
 from xml.sax.saxutils import escape
 
@@ -20,11 +20,12 @@ COLOURS = {
     "field-64": "#e08a1e",
     "field-256": "#3a8f4d",
 }
+NUMBER_COLOUR = "#222222"
 UNICODE = ("utf-8", "utf-16le", "utf-16be", "utf-32le", "utf-32be")
 
 
 def line_of(ratio):
-    """The line of the picture that a ratio stands in; None for calls that convert nothing."""
+    """The line of the picture that a ratio stands in; None for other calls."""
     if ratio.kind == "page":
         source, target = ratio.op.split(" to ")
         return f"page to {target}" if target in UNICODE else f"{source} to page"
@@ -37,6 +38,8 @@ def line_of(ratio):
         return f"multi-byte to {target}" if target in UNICODE else f"{source} to multi-byte"
     if ratio.kind == "multi-multi":
         return "multi-byte to multi-byte"
+    if ratio.kind == "numbers":
+        return ratio.op
     return None
 
 
@@ -76,8 +79,8 @@ def draw(ratios, caption):
         y = TOP + LINE * index + LINE / 2
         parts.append(f'<text x="{LEFT - 12}" y="{y + 4:.1f}" text-anchor="end">{escape(name)}</text>')
         for ratio in found:
-            offset = (FORMS.index(ratio.form) - 2) * 4
+            offset = (FORMS.index(ratio.form) - 2) * 4 if ratio.form in FORMS else 0
             parts.append(f'<circle cx="{place(ratio.ratio):.1f}" cy="{y + offset:.1f}" r="2.6" '
-                         f'fill="{COLOURS[ratio.form]}" fill-opacity="0.7"/>')
+                         f'fill="{COLOURS.get(ratio.form, NUMBER_COLOUR)}" fill-opacity="0.7"/>')
     parts.append("</svg>")
     return "\n".join(parts) + "\n"

@@ -15,6 +15,18 @@ LONG_FORMS = ("looped", "random")
 SHORT_FORMS = ("field-16", "field-64")
 LONG_FLOORS = {"multi": 1.0, "multi-multi": 2.0}
 SHORT_FLOOR = 1.5
+# Of the other kinds. Twice the text takes at most 2.1 times as long, a crowded pool at most 3 times.
+FLOORS = {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "damage": 1.0, "doubling": 1 / 2.1, "pool-growth": 1 / 3}
+# Of numbers by what is called.
+NUMBER_FLOORS = {
+    "formatDouble fixed": 1.0,
+    "formatDouble grouped": 0.8,
+    "formatDouble general": 0.5,
+    "formatDouble field": 0.5,
+    "formatInt64": 0.8,
+    "parseDouble": 0.5,
+    "parseInt64": 0.8,
+}
 
 
 @dataclass(frozen=True)
@@ -48,14 +60,21 @@ class Speed:
     call: float
 
 
-def floor_of(kind, form, peer, has_vbmi):
+def number_floor(op):
+    """The floor of the longest name that the call begins with."""
+    return NUMBER_FLOORS[max((name for name in NUMBER_FLOORS if op.startswith(name)), key=len)]
+
+
+def floor_of(kind, op, form, peer, has_vbmi):
+    if kind == "numbers":
+        return number_floor(op)
     if peer == COPY:
         return 0.5 if has_vbmi and form in LONG_FORMS else None
     if kind in LONG_FLOORS:
         if form in SHORT_FORMS:
             return SHORT_FLOOR
         return LONG_FLOORS[kind] if form in LONG_FORMS else min(LONG_FLOORS[kind], SHORT_FLOOR)
-    return {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "pool-growth": 1 / 3}.get(kind)
+    return FLOORS.get(kind)
 
 
 def ratios_of(group, has_vbmi):
@@ -67,7 +86,7 @@ def ratios_of(group, has_vbmi):
     judged += [peer for peer in times if peer == COPY]
     for peer in judged:
         ratio = median(theirs / ours for theirs, ours in zip(times[peer], own))
-        floor = floor_of(group["kind"], group["form"], peer, has_vbmi)
+        floor = floor_of(group["kind"], group["op"], group["form"], peer, has_vbmi)
         yield Ratio(group["kind"], group["op"], group["text"], group["form"], peer, ratio, floor)
 
 

@@ -22,8 +22,13 @@ SECTIONS = (
     ("From multi-byte to multi-byte", lambda r: r.kind == "multi-multi"),
     ("Validation", lambda r: r.kind == "validate"),
 )
-JUDGED_CALLS = (("A pool with 8,192 live blocks beside one with 256", lambda r: r.kind == "pool-growth"),)
-OTHERS = ("names", "pool", "pool-growth")
+JUDGED_CALLS = (
+    ("Damaged text", lambda r: r.kind == "damage"),
+    ("A text beside half of it", lambda r: r.kind == "doubling"),
+    ("Numbers", lambda r: r.kind == "numbers"),
+    ("A pool with 8,192 live blocks beside one with 256", lambda r: r.kind == "pool-growth"),
+)
+OTHERS = ("damage", "doubling", "names", "numbers", "pool", "pool-growth")
 
 
 def number(value):
@@ -68,7 +73,7 @@ def print_below(ratios):
     below = sorted((ratio for ratio in judged if ratio.below), key=lambda r: r.ratio / r.floor)
     print(f"\n{len(below)} of {len(judged)} ratios are below their floors")
     for r in below:
-        print(f"{r.ratio:7.3f}  floor {r.floor:.2f}  {r.op:26} {r.text:8} {r.form:10} {r.peer}")
+        print(f"{r.ratio:7.3f}  floor {r.floor:.2f}  {r.op:26} {r.text:14} {r.form:10} {r.peer}")
 
 
 def markdown_table(titles, rows):
@@ -102,7 +107,8 @@ def markdown_ratios(ratios):
         lines = by_line(found, lambda r: r.op).items()
         rows = [[op] + [cell(line.get(form)) for form in FORMS] for op, line in lines]
         parts.append(f"### {title}\n\n" + markdown_table(["conversion"] + [FORM_TITLES[f] for f in FORMS], rows))
-    rows = [[r.op, r.form, r.peer, cell(r), number(r.floor) if r.floor else ""] for r in ratios if r.kind in OTHERS]
+    rows = [[f"{r.op}, {r.text}", r.form, r.peer, cell(r), number(r.floor) if r.floor else ""]
+            for r in ratios if r.kind in OTHERS]
     parts.append("### Other calls\n\n" + markdown_table(["call", "form", "beside", "ratio", "floor"], rows))
     return "\n\n".join(parts)
 
@@ -127,5 +133,5 @@ def markdown_speeds(speeds, ops):
 
 
 def markdown_calls(speeds):
-    rows = [[s.op, s.form, f"{s.call:.0f} ns"] for s in speeds if s.kind in OTHERS + ("construction",)]
+    rows = [[f"{s.op}, {s.text}", s.form, f"{s.call:.0f} ns"] for s in speeds if s.kind in OTHERS + ("construction",)]
     return markdown_table(["call", "form", "time"], rows)
