@@ -21,7 +21,7 @@ bool isGraphic(uint8_t byte) { return isWithin(byte, 0xA1, 0xFE); }
 bool isGb18030Digit(uint8_t byte) { return isWithin(byte, 0x30, 0x39); }
 
 // Bytes of the character at a position, whose first byte isn't ASCII; 0 if it is faulty.
-using CharacterRule = size_t (*)(const EncodedText& text, size_t position, const MultiByteProfile& profile);
+using LengthRule = size_t (*)(const EncodedText& text, size_t position, const MultiByteProfile& profile);
 
 size_t byRanges(const EncodedText& text, size_t position, const MultiByteProfile& profile) {
   if (!isInRanges(text.at(position), profile.leadRanges)) return 0;
@@ -59,7 +59,7 @@ size_t eucJp(const EncodedText& text, size_t position, const MultiByteProfile&) 
   return isGraphic(lead) && isGraphic(second) ? 2 : 0;
 }
 
-CharacterRule ruleOf(CEI cei) {
+LengthRule ruleOf(CEI cei) {
   switch (cei) {
     case U_EUCTW_CE:
       return eucTw;
@@ -116,7 +116,7 @@ size_t faultOfShifted(const EncodedText& text, const MultiByteProfile& profile, 
 }
 
 size_t faultOfMultiByte(const EncodedText& text, const EncodingDescriptor& row) {
-  const CharacterRule rule = ruleOf(row.cei);
+  const LengthRule rule = ruleOf(row.cei);
   for (size_t position = 0; position < text.length;) {
     const size_t length = text.at(position) < 0x80 ? 1 : rule(text, position, row.profile);
     if (length == 0) return position;

@@ -122,4 +122,17 @@ NlsStatus twoStageTranscodeResumable(TranscodingPipeline* pipeline, const void* 
                       outputLength, progress, options);
 }
 
+NlsStatus twoStageTranscode(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
+                            uint32_t outputSize, uint32_t* outputLength, const TranscodeOptions* options) {
+  const NlsDirectRun direct = pipeline->source.direct;
+  if (direct != nullptr && options == nullptr && !rangesOverlap(input, inputLength, output, outputSize)) {
+    const uint32_t written = direct(&pipeline->source, &pipeline->target, input, inputLength, output, outputSize);
+    if (written != 0) {
+      reportLength(outputLength, written);
+      return 0;
+    }
+  }
+  return twoStageTranscodeResumable(pipeline, input, inputLength, output, outputSize, outputLength, nullptr, options);
+}
+
 }  // namespace veldnls

@@ -150,7 +150,8 @@ NlsStatus betweenMultiByte(QZNLS* nls, TranscodingPipeline* pipeline, const Enco
   if (beginMultiByte(nls, pipeline, source, target) == nullptr) return nlsModuleUnavailable;
   const NlsStatus status = setupTwoStage(nls, pipeline, source, target);
   if (status == 0) addOverlaysBetween(pipeline);
-  installRuns<twoStageTranscodeResumable>(pipeline);
+  pipeline->transcode = twoStageTranscode;
+  pipeline->transcodeResumable = twoStageTranscodeResumable;
   return status;
 }
 

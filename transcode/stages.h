@@ -75,6 +75,9 @@ StageFunction utf8ToUtfEbcdic;
 StageFunction multiByteTranscodeResumable;
 StageFunction twoStageTranscodeResumable;
 
+// The plain form of the last one. Short texts go by the module's direct run, if it takes them.
+std::remove_pointer_t<NlsTranscode> twoStageTranscode;
+
 // The plain form of a stage: its run without progress.
 template <NlsUnicodeStage stage>
 NlsStatus plain(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,

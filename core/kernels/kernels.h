@@ -53,6 +53,10 @@ using TextKernel = KernelRun(const uint8_t* in, size_t count, uint8_t* out, size
 struct Kernels {
   KernelTier tier;
 
+  // For texts of up to so many bytes the kernels of two-byte codes have a way of their own, which pays; 0: they have
+  // none.
+  size_t fieldBytes;
+
   // Each byte through a table of 256. `out` may be `in`, or begin before it.
   void (*byteMap)(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
   // Each byte to the UTF-16 unit that a table of 256 has for it.
@@ -92,10 +96,6 @@ struct Kernels {
   // which tables of their own are for.
   KernelRun (*unitsToCodes)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                             size_t room);
-  // The same, unit by unit. For fields that have just been written that way: a vector would wait until they are all in
-  // memory.
-  KernelRun (*unitsToCodesSingly)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                                  size_t room);
   // The same for characters of two bytes alone: stops at what has one.
   KernelRun (*unitsToDoubles)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                               size_t room);
@@ -106,6 +106,14 @@ struct Kernels {
   // The rows have codes of no other leads. Stops at a byte from 0x80 on that is no lead, at a lead at the end, and at a
   // code without a unit.
   KernelRun (*codesToUnits)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
+                            size_t count, uint8_t* out, size_t room);
+  // The same without a look at leads, and then what utf16ToUtf8, unitsToCodes or unitsToCells makes of the units, which
+  // needn't go through memory for that. Stop also at a unit that these stop at. For short texts.
+  KernelRun (*codesToUtf8)(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                           size_t room);
+  KernelRun (*codesToCodes)(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
+                            const uint8_t* in, size_t count, uint8_t* out, size_t room);
+  KernelRun (*codesToCells)(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in,
                             size_t count, uint8_t* out, size_t room);
   // Two-byte codes alone; `count` of them. Stops at one without a unit.
   size_t (*doublesToUnits)(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);

@@ -200,6 +200,7 @@ KernelRun utf32ToUtf16(const uint8_t* in, size_t count, uint8_t* out, size_t roo
 
 constinit const Kernels scalarKernels{
     .tier = KernelTier::scalar,
+    .fieldBytes = 0,
     .byteMap = byteMap,
     .expand = expand,
     .pagesToBytes = pagesToBytes,
@@ -219,10 +220,12 @@ constinit const Kernels scalarKernels{
     .utf32ToUtf8 = {utf32ToUtf8<endian::little>, utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {utf32ToUtf16<endian::little>, utf32ToUtf16<endian::big>},
     .unitsToCodes = scalar::unitsToCodes,
-    .unitsToCodesSingly = scalar::unitsToCodes,
     .unitsToDoubles = scalar::unitsToDoubles,
     .unitsToCells = scalar::unitsToCells,
     .codesToUnits = scalar::codesToUnits,
+    .codesToUtf8 = scalar::codesToUtf8,
+    .codesToCodes = scalar::codesToCodes,
+    .codesToCells = scalar::codesToCells,
     .doublesToUnits = scalar::doublesToUnits,
     .shiftedToUnits = scalar::shiftedToUnits,
     .unitsToShifted = scalar::unitsToShifted,

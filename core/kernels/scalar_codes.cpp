@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "core/kernels/units.h"
+#include "core/kernels/utf8_sequence.h"
 
 namespace veldnls::scalar {
 
@@ -29,18 +30,52 @@ uint32_t codeOf(const UnitCells& codes, uint32_t unit) {
   return cell < firstTwoByteCell ? 0 : cell >> 8 | (cell & 0xFF) << 8;
 }
 
-// `codeAt` answers the output character of a unit from 0x80 on.
+// Writes the character of a unit and returns its length, or 0 if it has none or no room. `code` is that of a unit from
+// 0x80 on.
+size_t putCode(uint32_t unit, uint32_t code, uint8_t* out, size_t room) {
+  if (unit < firstNonAscii) code = unit << 8;
+  if (code == 0 && unit != 0) return 0;
+  const size_t length = isSingle(code) ? 1 : 2;
+  if (room < length) return 0;
+  if (length == 2) *out++ = static_cast<uint8_t>(code);
+  *out = static_cast<uint8_t>(code >> 8);
+  return length;
+}
+
+// `codeAt` answers the output character of a unit.
 template <class CodeAt>
 KernelRun fromUnits(CodeAt codeAt, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
   KernelRun run{0, 0};
   for (; run.read < count; ++run.read) {
     const uint32_t unit = unit16<std::endian::little>(in, run.read);
-    const uint32_t code = unit < firstNonAscii ? unit << 8 : codeAt(unit);
-    if (code == 0 && unit != 0) break;
-    const size_t length = isSingle(code) ? 1 : 2;
-    if (room - run.written < length) break;
-    if (length == 2) out[run.written++] = static_cast<uint8_t>(code);
-    out[run.written++] = static_cast<uint8_t>(code >> 8);
+    const size_t length = putCode(unit, codeAt(unit), out + run.written, room - run.written);
+    if (length == 0) break;
+    run.written += length;
+  }
+  return run;
+}
+
+// The unit of a two-byte code, or 0.
+uint32_t unitOf(const CodeRows& rows, uint32_t blank, const uint8_t* at) {
+  return at[0] * 256u + at[1] == blank ? ideographicSpace : rows.lookUp(at[0], at[1]);
+}
+
+// `put` takes a unit and what was written before, and returns how much it wrote, or 0 when it can't.
+template <class Put>
+KernelRun fromCodes(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, Put put) {
+  KernelRun run{0, 0};
+  while (run.read < count) {
+    const uint8_t* at = in + run.read;
+    uint32_t unit = at[0];
+    const size_t length = unit < firstNonAscii ? 1 : 2;
+    if (length == 2) {
+      if (count - run.read < 2) break;
+      unit = unitOf(rows, blank, at);
+      if (unit == 0) break;
+    }
+    const size_t written = put(unit, run.written);
+    if (written == 0) break;
+    run = {run.read + length, run.written + written};
   }
   return run;
 }
@@ -86,11 +121,33 @@ KernelRun codesToUnits(const CodeRows& rows, const LeadBytes& leads, uint32_t bl
   return run;
 }
 
+KernelRun codesToUtf8(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                      size_t room) {
+  return fromCodes(rows, blank, in, count, [&](uint32_t unit, size_t written) -> size_t {
+    const size_t length = sequenceLength(unit);
+    if (length > room - written) return 0;
+    putSequence(out + written, unit, length);
+    return length;
+  });
+}
+
+KernelRun codesToCodes(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
+                       const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  return fromCodes(rows, blank, in, count, [&](uint32_t unit, size_t written) {
+    return putCode(unit, codeOf(codes, targetBlank, unit), out + written, room - written);
+  });
+}
+
+KernelRun codesToCells(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in, size_t count,
+                       uint8_t* out, size_t room) {
+  return fromCodes(rows, blank, in, count, [&](uint32_t unit, size_t written) {
+    return putCode(unit, codeOf(codes, unit), out + written, room - written);
+  });
+}
+
 size_t doublesToUnits(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count) {
   for (size_t i = 0; i < count; ++i) {
-    const uint32_t first = in[2 * i];
-    const uint32_t second = in[2 * i + 1];
-    const uint32_t unit = first * 256 + second == blank ? ideographicSpace : rows.lookUp(first, second);
+    const uint32_t unit = unitOf(rows, blank, in + 2 * i);
     if (unit == 0) return i;
     putUnit16(out, i, unit);
   }

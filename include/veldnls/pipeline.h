@@ -48,9 +48,10 @@ typedef struct TranscodeProgress {
  *   options               may be null
  * Returns 0 all converted; nlsOutputTruncated the output was too small; nlsSubstituted converted with replacements (an
  * input that ends inside a character counts as such); nlsNoMemory nothing converted.
- * nlsSubstituted hides a short output in three cases, and only `consumed` tells: U+FFFD took the last unit of room from
+ * nlsSubstituted hides a short output in four cases, and only `consumed` tells: U+FFFD took the last unit of room from
  * a character of two UTF-16 units; in one step, a character of a multi-byte source was replaced before the output was
- * full; and in one step without a progress record, one on its way to a multi-byte target.
+ * full; in one step without a progress record, one on its way to a multi-byte target;
+ * and on the way to ISO 2022 text, in all runs, one that has no form of seven bits.
  * The end of a UTF-16 or UTF-32 input that is no whole unit is no replacement in three cases: from UTF-16 to a
  * single-byte encoding it is dropped without a status; a check or a change of byte order leaves it unread with
  * nlsOutputTruncated; a pipeline that copies takes every byte. */
@@ -72,6 +73,11 @@ typedef NlsStatus (*NlsUnicodeStage)(TranscodingPipeline* pipeline, const void* 
 typedef NlsStatus (*NlsModuleStage)(CodePageModule* module, PipelineSide* side, const void* input, uint32_t inputLength,
                                     void* output, uint32_t outputSize, uint32_t* outputLength,
                                     TranscodeProgress* progress, const TranscodeOptions* options);
+
+/* Converts a text of a two-stage route at once, by both sides. Input and output don't overlap. Returns how many bytes
+ * it wrote, or 0 when it can't take the whole text, and what it wrote until then is of no account. */
+typedef uint32_t (*NlsDirectRun)(const PipelineSide* source, const PipelineSide* target, const void* input,
+                                 uint32_t inputLength, void* output, uint32_t outputSize);
 
 /* Character scanner of a multi-byte source. `*length` is the bytes remaining on entry and the character's length on
  * return, 0 if the input ends inside it. `*inDouble` is the shift state. Returns the position of the character. */
@@ -106,14 +112,18 @@ struct PipelineSide {
   NlsBool8 swapOutput; /* the target has */
   uint32_t padChar;
   uint8_t unitSize;
-  const uint8_t* byteMap; /* 256 bytes, single byte to single byte */
-  NlsModuleStage stage;   /* in routes through qznlsmb */
+  uint8_t directForm; /* of the multi-byte module: how direct runs read or write this side; 0: not at all */
+  union {
+    const uint8_t* byteMap; /* 256 bytes, single byte to single byte */
+    NlsDirectRun direct;    /* for short texts of two-stage routes; may be null; of the source side */
+  };
+  NlsModuleStage stage; /* in routes through qznlsmb */
   union {
     const MultiByteProfile* directionMarks;
     const MultiByteProfile* sourceProfile;
   };
   const MultiByteProfile* targetProfile;
-  const NlsPairTable* pairs;
+  const NlsPairTable* pairs; /* of the module's own sets, whose further tables stand around it: stages read those */
   union {
     const uint8_t* singleMap;  /* multi-byte module: a from-table or byte map */
     const char16_t* toUnicode; /* 256 values by byte */

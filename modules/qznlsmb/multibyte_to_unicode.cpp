@@ -30,10 +30,21 @@ struct OfGb18030 {
 };
 
 // The inner loops of rows. Those of text without modes read ASCII below 0x80. `few` is for short texts; `field` is a
-// kernel for texts of up to 16 bytes.
+// kernel for still shorter ones.
 struct NoLoop {
   static constexpr bool hasModes = true;
 };
+
+template <class Form>
+KernelRun takeField(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
+                    uint8_t* out, size_t room) {
+  if constexpr (std::is_same_v<Form, Utf8Output>) {
+    return kernels().codesToUtf8(rows, blank, in, count, out, room);
+  } else {
+    const KernelRun run = kernels().codesToUnits(rows, leads, blank, in, count, out, room / utf16UnitBytes);
+    return {run.read, utf16UnitBytes * run.written};
+  }
+}
 
 template <Pace pace>
 struct LeadByteLoop {
@@ -44,10 +55,11 @@ struct LeadByteLoop {
                        uint8_t* out) {
     return shortLeadBytes<Form>(side, leadsOf(*side.sourceProfile), in, count, out);
   }
-  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* units,
+  template <class Form>
+  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* out,
                          size_t room) requires(pace == Pace::kernelsForAll) {
-    return kernels().codesToUnits(toUnicodeSetOf(side).codes, leadsOf(*side.sourceProfile), blankOfSource(side), in,
-                                  count, units, room);
+    return takeField<Form>(toUnicodeSetOf(side).codes, leadsOf(*side.sourceProfile), blankOfSource(side), in, count,
+                           out, room);
   }
 };
 
@@ -60,10 +72,10 @@ struct HighBitLoop {
                        uint8_t* out) {
     return shortLeadBytes<Form>(side, highBitLeads, in, count, out);
   }
-  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* units,
+  template <class Form>
+  static KernelRun field(const PipelineSide& side, const uint8_t* in, size_t count, uint8_t* out,
                          size_t room) requires(pace == Pace::kernelsForAll) {
-    return kernels().codesToUnits(toUnicodeSetOf(side).codes, highBitLeads, blankOfSource(side), in, count, units,
-                                  room);
+    return takeField<Form>(toUnicodeSetOf(side).codes, highBitLeads, blankOfSource(side), in, count, out, room);
   }
 };
 
@@ -81,6 +93,7 @@ struct Iso2022Loop {
   static constexpr SourceLoop* run = plainIso2022;
 };
 
+template <Pace pace>
 struct Gb18030Loop {
   static constexpr bool hasModes = false;
   static constexpr SourceLoop* run = plainGb18030;
@@ -88,6 +101,11 @@ struct Gb18030Loop {
   static KernelRun few(const PipelineSide& /*side*/, NlsBool8& /*inDouble*/, const uint8_t* in, size_t count,
                        uint8_t* out) {
     return shortGb18030<Form>(in, count, out);
+  }
+  template <class Form>
+  static KernelRun field(const PipelineSide& /*side*/, const uint8_t* in, size_t count, uint8_t* out,
+                         size_t room) requires(pace == Pace::kernelsForAll) {
+    return takeField<Form>(gbToUnicodeIndex.doubles, gb18030Leads, gb18030Blank, in, count, out, room);
   }
 };
 
@@ -98,8 +116,8 @@ constexpr bool hasShortLoop = std::is_same_v<Form, Utf16Output> || std::is_same_
 // Lets the inner loop take what it can off the front of a text, and returns how many bytes it read and wrote. Forms
 // other than UTF-16 have the units on the stack first, a few to begin with, for the loop may not get far.
 template <class Form, class Loop>
-KernelRun skip(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count, uint8_t* out,
-               size_t room) {
+KernelRun skipSource(const PipelineSide& side, NlsBool8& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                     size_t room) {
   if constexpr (std::is_same_v<Loop, NoLoop>) {
     return {0, 0};
   } else if constexpr (std::is_same_v<Form, Utf16Output>) {
@@ -131,9 +149,8 @@ inline KernelRun front(const PipelineSide& side, NlsBool8& inDouble, const uint8
     if (count < shortText && room >= Form::most * count) {
       if (side.overlay != nullptr) return {0, 0};
       KernelRun begun{0, 0};
-      if constexpr (std::is_same_v<Form, Utf16Output> && requires { Loop::field(side, in, count, out, room); }) {
-        if (count <= fieldBytes) begun = Loop::field(side, in, count, out, room / utf16UnitBytes);
-        begun.written *= utf16UnitBytes;
+      if constexpr (requires { Loop::template field<Form>(side, in, count, out, room); }) {
+        if (count <= kernels().fieldBytes) begun = Loop::template field<Form>(side, in, count, out, room);
         if (begun.read == count) return begun;
       }
       const KernelRun rest =
@@ -141,7 +158,7 @@ inline KernelRun front(const PipelineSide& side, NlsBool8& inDouble, const uint8
       return {begun.read + rest.read, begun.written + rest.written};
     }
   }
-  return skip<Form, Loop>(side, inDouble, in, count, out, room);
+  return skipSource<Form, Loop>(side, inDouble, in, count, out, room);
 }
 
 // The stage for what the inner loop has left over, and whatever follows.
@@ -163,7 +180,7 @@ NlsStatus convertRest(SourceRun& run, CodePageModule* module, uint32_t* outputLe
     run.at += length;
     if (character.substituted) run.substituted = true;
     if (pace.due()) {
-      const KernelRun taken = skip<Form, Loop>(run.side, run.inDouble, run.at, run.left(), run.out, run.room());
+      const KernelRun taken = skipSource<Form, Loop>(run.side, run.inDouble, run.at, run.left(), run.out, run.room());
       run.took(taken.read, taken.written);
       pace.took(taken.read);
     }
@@ -200,9 +217,9 @@ NlsStatus stage(CodePageModule* module, PipelineSide* side, const void* input, u
 template <class Form, Pace pace>
 NlsModuleStage stageAt(CharacterRule rule) {
   constexpr NlsModuleStage stages[characterRuleCount] = {
-      stage<Form, OfPairs, LeadByteLoop<pace>>, stage<Form, OfPairs, HighBitLoop<pace>>,
-      stage<Form, OfPairs, ShiftedLoop>,        stage<Form, OfPairs, Iso2022Loop>,
-      stage<Form, OfGb18030, Gb18030Loop>,
+      stage<Form, OfPairs, LeadByteLoop<pace>>,  stage<Form, OfPairs, HighBitLoop<pace>>,
+      stage<Form, OfPairs, ShiftedLoop>,         stage<Form, OfPairs, Iso2022Loop>,
+      stage<Form, OfGb18030, Gb18030Loop<pace>>,
   };
   return stages[static_cast<int>(rule)];
 }

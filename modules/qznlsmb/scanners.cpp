@@ -9,7 +9,6 @@ namespace veldnls {
 
 namespace {
 
-constexpr uint8_t escape = 0x1B;
 constexpr uint32_t designatorLength = 4;
 
 // Takes sequences off the front of a text.
@@ -61,7 +60,7 @@ bool isLead(const MultiByteProfile& profile, uint8_t byte) {
 
 bool hasDesignators(CEI cei) { return cei != U_JIS7_CE && cei != U_ISO2022JP_CE; }
 
-// Whether a designator or the sequence that ends the mode stands at a front, whole or, with `cut`, begun.
+// The front of ISO 2022 text, where a designator or the sequence that ends the mode may stand.
 struct Iso2022Front {
   const MultiByteProfile& profile;
   bool designators;

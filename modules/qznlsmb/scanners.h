@@ -14,6 +14,9 @@ namespace veldnls {
 enum class CharacterRule : uint8_t { leadByte, highBit, shifted, iso2022, gb18030 };
 inline constexpr int characterRuleCount = 5;
 
+// Begins a designator.
+inline constexpr uint8_t escape = 0x1B;
+
 CharacterRule characterRuleOf(const EncodingDescriptor& row);
 NlsScanCharacter scannerOf(CharacterRule rule);
 

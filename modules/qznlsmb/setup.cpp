@@ -5,6 +5,7 @@
 
 #include "core/qznlsstub.h"
 #include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsmb/direct_run.h"
 #include "modules/qznlsmb/scanners.h"
 #include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/source_tables.h"
@@ -99,7 +100,10 @@ NlsStatus setupUnicodeToMultibyte(MultiByteModule* module, PipelineSide* side, c
   side->pairs = &fromUnicodeSets[target->profile.doubleByteSet].table;
   side->singleMap = singleFromUnicode[target->profile.singleByteSet];
   side->kanaPairs = kanaPairs(*target);
-  side->stage = unicodeToMultibyte(targetRuleOf(*module, *target), source->cei, paceOfTarget(*module, *side, *target));
+  const TargetRule rule = targetRuleOf(*module, *target);
+  const Pace pace = paceOfTarget(*module, *side, *target);
+  side->stage = unicodeToMultibyte(rule, source->cei, pace);
+  if (isOneOfTwoStages(*side) && pace != Pace::everyCharacter) side->directForm = directFormOf(rule);
   return 0;
 }
 
@@ -116,7 +120,11 @@ NlsStatus setupMultibyteToUnicode(MultiByteModule* module, PipelineSide* side, c
   side->pairs = &toUnicodeSets[source->profile.doubleByteSet].table;
   side->toUnicode = singleToUnicode[source->profile.singleByteSet];
   side->scan = scannerOf(rule);
-  side->stage = multibyteToUnicode(rule, target->cei, paceOfSource(*module, *side, *source));
+  const Pace pace = paceOfSource(*module, *side, *source);
+  side->stage = multibyteToUnicode(rule, target->cei, pace);
+  if (!isOneOfTwoStages(*side) || pace < Pace::kernels) return 0;
+  side->directForm = directFormOf(rule);
+  if (side->directForm != 0) side->direct = directRun;
   return 0;
 }
 

@@ -65,6 +65,10 @@ inline LeadBytes leadsOf(const MultiByteProfile& profile) {
 
 inline constexpr LeadBytes highBitLeads{0x80, 0x7F};
 
+// GB18030, whose index has its blank like any other code.
+inline constexpr LeadBytes gb18030Leads{0x81, 0xFF - 0x81};
+inline constexpr uint32_t gb18030Blank = 0;
+
 // Text of ASCII, other single bytes and characters of two bytes.
 template <class Form>
 KernelRun shortLeadBytes(const PipelineSide& side, const LeadBytes leads, const uint8_t* in, size_t count,

@@ -11,8 +11,6 @@ namespace veldnls {
 
 // In so few bytes a kernel doesn't pay.
 inline constexpr size_t shortText = 24;
-// Up to so many it does when it has a form of its own for them.
-inline constexpr size_t fieldBytes = 16;
 
 // Takes `count` bytes and room for `room` units, and returns how many bytes were read and how many units written.
 // `inDouble` is the mode of text with shifts, before and after. The row's pace allows the loop.

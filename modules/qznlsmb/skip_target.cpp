@@ -27,8 +27,8 @@ KernelRun inUnits(const KernelRun& run) { return {run.read / utf16UnitBytes, run
 // return what they read and wrote; `some` takes as many units as it is told, for each of which there are `size` bytes
 // of room.
 template <size_t size, class Some, class Kernel>
-KernelRun inTurns(const uint8_t* units, size_t count, uint8_t* out, size_t room, const Some& some,
-                  const Kernel& kernel) {
+KernelRun unitsInTurns(const uint8_t* units, size_t count, uint8_t* out, size_t room, const Some& some,
+                       const Kernel& kernel) {
   KernelRun run{0, 0};
   const auto add = [&run](const KernelRun& taken) { run = {run.read + taken.read, run.written + taken.written}; };
   const auto at = [&] { return units + utf16UnitBytes * run.read; };
@@ -50,23 +50,6 @@ KernelRun inTurns(const uint8_t* units, size_t count, uint8_t* out, size_t room,
   }
   return run;
 }
-
-}  // namespace
-
-KernelRun plainToPairs(const PipelineSide& side, bool& /*inDouble*/, const uint8_t* units, size_t count, uint8_t* out,
-                       size_t room) {
-  if (side.overlay != nullptr) return {0, 0};
-  return inTurns<2>(
-      units, count, out, room,
-      [&](const uint8_t* text, size_t left, uint8_t* bytes) {
-        return inUnits(shortToPairs<Units>(side, text, utf16UnitBytes * left, bytes));
-      },
-      [&](const uint8_t* text, size_t left, uint8_t* bytes, size_t bytesRoom) {
-        return kernels().unitsToCodes(fromUnicodeSetOf(side).codes, blankCode(side), text, left, bytes, bytesRoom);
-      });
-}
-
-namespace {
 
 KernelRun takeSingles(const PipelineSide& side, const uint8_t* units, size_t count, uint8_t* out, size_t room) {
   const uint8_t* const single = side.singleMap;
@@ -133,6 +116,19 @@ KernelRun someModes(const PipelineSide& side, bool& inDouble, const uint8_t* uni
 
 }  // namespace
 
+KernelRun plainToPairs(const PipelineSide& side, bool& /*inDouble*/, const uint8_t* units, size_t count, uint8_t* out,
+                       size_t room) {
+  if (side.overlay != nullptr) return {0, 0};
+  return unitsInTurns<2>(
+      units, count, out, room,
+      [&](const uint8_t* text, size_t left, uint8_t* bytes) {
+        return inUnits(shortToPairs<Units>(side, text, utf16UnitBytes * left, bytes));
+      },
+      [&](const uint8_t* text, size_t left, uint8_t* bytes, size_t bytesRoom) {
+        return kernels().unitsToCodes(fromUnicodeSetOf(side).codes, blankCode(side), text, left, bytes, bytesRoom);
+      });
+}
+
 KernelRun plainToModes(const PipelineSide& side, bool& inDouble, const uint8_t* units, size_t count, uint8_t* out,
                        size_t room) {
   if (side.overlay != nullptr) return {0, 0};
@@ -163,7 +159,7 @@ KernelRun plainToModes(const PipelineSide& side, bool& inDouble, const uint8_t* 
 KernelRun plainToGb18030(const PipelineSide& /*side*/, bool& /*inDouble*/, const uint8_t* units, size_t count,
                          uint8_t* out, size_t room) {
   const UnitCells cells{gbFromUnicodeIndex.blocks, gbFromUnicodeIndex.cells};
-  return inTurns<4>(
+  return unitsInTurns<4>(
       units, count, out, room,
       [](const uint8_t* text, size_t left, uint8_t* bytes) {
         return inUnits(shortToGb18030<Units>(text, utf16UnitBytes * left, bytes));

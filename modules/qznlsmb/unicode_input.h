@@ -29,8 +29,7 @@ inline constexpr UnicodeCharacter incompleteCharacter{0, 0, false};
 // Each form:
 //   read(at, left)                  the character at the front of `left` bytes, at least 1
 //   toUtf16(at, left, units, room)  makes little-endian UTF-16 of valid characters off the front, as far as they and
-//   the
-//                                   room go; returns bytes read and units written
+//                                   the room go; returns bytes read and units written
 //   narrowAscii(in, count, out, room)
 //                                   writes characters below 0x80 off the front as bytes, as far as they and the room
 //                                   go; returns bytes read and written
@@ -125,16 +124,18 @@ struct Utf8Input {
     return kernels().utf8ToUtf16(at, left, units, room);
   }
 
-  // The length of the valid character of plane 0 at the front, whose value it writes; 0: there is another there.
+  // The length of the valid character of plane 0 at the front, whose value it writes; 0: there is another there. A
+  // surrogate counts as one, for it has no code, which ends a run.
   static size_t plain(const uint8_t* at, const uint8_t* end, uint32_t& unit) {
     const uint32_t lead = at[0];
     unit = lead;
     if (lead < 0x80) return 1;
     if (lead >= 0xE0) {
       if (end - at < 3) return 0;
-      unit = (lead & 0xF) << 12 | (at[1] & 0x3Fu) << 6 | (at[2] & 0x3Fu);
-      const bool valid = lead < 0xF0 && isUtf8Trail(at[1]) && isUtf8Trail(at[2]);
-      return valid && unit >= 0x800 && !isSurrogate(unit) ? 3 : 0;
+      const uint32_t second = at[1] ^ 0x80u;
+      const uint32_t third = at[2] ^ 0x80u;
+      unit = (lead & 0xF) << 12 | second << 6 | third;
+      return ((lead < 0xF0) & ((second | third) < 0x40) & (unit >= 0x800)) ? 3 : 0;
     }
     if (end - at < 2) return 0;
     unit = (lead & 0x1F) << 6 | (at[1] & 0x3Fu);

@@ -40,7 +40,7 @@ struct ToGb18030 {
 };
 
 // The inner loops of targets, and whether they write ASCII as it is. `few` is for short texts, of which a byte takes
-// `mostRoom` bytes at most; `field` is a kernel for texts of up to 16 bytes of UTF-16.
+// `mostRoom` bytes at most; `field` is a kernel for still shorter ones of UTF-16.
 struct NoLoop {};
 
 template <Pace pace>
@@ -73,8 +73,6 @@ struct Gb18030Loop {
   }
 };
 
-constexpr size_t fieldBytes = 16;
-
 using LittleUtf16 = Utf16Input<std::endian::little>;
 
 // In so few bytes kernels don't pay, by form; 0: it has no loop of its own for them.
@@ -86,7 +84,8 @@ constexpr size_t shortText = std::is_same_v<Form, LittleUtf16> ? 32
 // Lets the inner loop take what it can off the front of a text, and returns how many bytes it read and wrote. Of forms
 // other than UTF-16 the units are made on the stack first, a few to begin with, for the loop may not get far.
 template <class Form, class Loop>
-KernelRun skip(const PipelineSide& side, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+KernelRun skipTarget(const PipelineSide& side, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
+                     size_t room) {
   if constexpr (std::is_same_v<Loop, NoLoop>) {
     return {0, 0};
   } else if constexpr (std::is_same_v<Form, LittleUtf16>) {
@@ -122,7 +121,7 @@ inline KernelRun front(const PipelineSide& side, bool& inDouble, const uint8_t* 
       if (side.overlay != nullptr) return {0, 0};
       KernelRun begun{0, 0};
       if constexpr (std::is_same_v<Form, LittleUtf16> && requires { Loop::field(side, in, count, out, room); }) {
-        if (count <= fieldBytes) begun = Loop::field(side, in, count / utf16UnitBytes, out, room);
+        if (count <= kernels().fieldBytes) begun = Loop::field(side, in, count / utf16UnitBytes, out, room);
         begun.read *= utf16UnitBytes;
         if (begun.read == count) return begun;
       }
@@ -130,7 +129,7 @@ inline KernelRun front(const PipelineSide& side, bool& inDouble, const uint8_t* 
       return {begun.read + rest.read, begun.written + rest.written};
     }
   }
-  return skip<Form, Loop>(side, inDouble, in, count, out, room);
+  return skipTarget<Form, Loop>(side, inDouble, in, count, out, room);
 }
 
 // The stage for what the inner loop has left over, and whatever follows.
@@ -148,7 +147,7 @@ NlsStatus convertRest(TargetRun& run, CodePageModule* module, uint32_t* outputLe
     run.at += character.length;
     if (substituted) run.substituted = true;
     if (pace.due()) {
-      const KernelRun taken = skip<Form, Loop>(run.side, run.inDouble, run.at, run.left(), run.out, run.room());
+      const KernelRun taken = skipTarget<Form, Loop>(run.side, run.inDouble, run.at, run.left(), run.out, run.room());
       run.took(taken.read, taken.written);
       pace.took(taken.read);
     }

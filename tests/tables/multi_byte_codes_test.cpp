@@ -99,6 +99,19 @@ TEST_P(MultiByteCodes, NoneHoldsAByteAtWhichAShiftBegins) {
   EXPECT_FALSE(begins(row().doubleBlank[0]) || begins(row().doubleBlank[1]));
 }
 
+// Nor can what a row with shifts of one byte reads there, in eight bits: inner loops look codes up without a look at
+// shifts.
+TEST_P(MultiByteCodes, NoneIsReadFromAByteThatIsAShift) {
+  const bool isSevenBit = row().doubleBlank[0] == 0x21;
+  if (row().shiftLength() != 1 || isSevenBit) return;
+  const auto isShift = [](uint32_t byte) { return byte == row().shiftOut[0] || byte == row().shiftIn[0]; };
+  const std::vector<uint16_t>& units = doubleByteText(row().doubleByteSet).units;
+  for (Code code = 0; code < units.size(); ++code) {
+    if (units[code] == 0) continue;
+    EXPECT_FALSE(isShift(code >> 8) || isShift(code & 0xFF)) << std::hex << code;
+  }
+}
+
 // Those that a lead byte and a digit begin, whatever stands behind them.
 TEST(Gb18030Codes, EveryFourBytes) {
   const CheckedRoute route(U_GB18030_CE, U_L_UNICODE_CE);

@@ -57,6 +57,13 @@ TEST_P(SetTables, LookUpFromUnicodeAnswersThePairs) {
   EXPECT_EQ(static_cast<const void*>(&set), &set.table);
 }
 
+// What lets loops over codes write units unseen, and those over units look surrogates up like any other.
+TEST_P(SetTables, HoldNoSurrogates) {
+  const auto isSurrogate = [](uint32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; };
+  for (const auto& [code, unit] : pairsOf(toUnicodeSets[GetParam()].table)) EXPECT_FALSE(isSurrogate(unit)) << code;
+  for (const auto& [unit, code] : pairsOf(fromUnicodeSets[GetParam()].table)) EXPECT_FALSE(isSurrogate(unit)) << code;
+}
+
 INSTANTIATE_TEST_SUITE_P(All, SetTables, testing::Range(0, doubleByteSetCount));
 
 TEST(SetFacts, SetsWithoutATable) {

@@ -232,7 +232,7 @@ TEST_F(MultiByte, TwoStageRoute) {
   EXPECT_EQ(setups[1].target, U_IBM937_CE);
   EXPECT_EQ(pipeline->twoStage, 1);
   EXPECT_EQ(pipeline->transcodeResumable, veldnls::twoStageTranscodeResumable);
-  EXPECT_EQ(pipeline->transcode, veldnls::plain<veldnls::twoStageTranscodeResumable>);
+  EXPECT_EQ(pipeline->transcode, veldnls::twoStageTranscode);
 
   const EncodingDescriptor* utf16 = row(U_L_UNICODE_CE);
   const EncodingDescriptor* target = row(U_IBM937_CE);

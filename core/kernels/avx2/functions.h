@@ -38,5 +38,9 @@ TextKernel utf32ToUtf16;
 
 KernelRun unitsToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
                        size_t room);
+KernelRun codesToCodes(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
+                       const uint8_t* in, size_t count, uint8_t* out, size_t room);
+KernelRun codesToCells(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in, size_t count,
+                       uint8_t* out, size_t room);
 
 }  // namespace veldnls::avx2

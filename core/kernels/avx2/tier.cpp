@@ -9,6 +9,7 @@ using std::endian;
 
 constinit const Kernels avx2Kernels{
     .tier = KernelTier::avx2,
+    .fieldBytes = 0,
     .byteMap = avx2::byteMap,
     .expand = avx2::expand,
     .pagesToBytes = avx2::pagesToBytes,
@@ -28,10 +29,12 @@ constinit const Kernels avx2Kernels{
     .utf32ToUtf8 = {avx2::utf32ToUtf8<endian::little>, avx2::utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {avx2::utf32ToUtf16<endian::little>, avx2::utf32ToUtf16<endian::big>},
     .unitsToCodes = avx2::unitsToCodes,
-    .unitsToCodesSingly = avx2::unitsToCodes,
     .unitsToDoubles = scalar::unitsToDoubles,
     .unitsToCells = scalar::unitsToCells,
     .codesToUnits = scalar::codesToUnits,
+    .codesToUtf8 = scalar::codesToUtf8,
+    .codesToCodes = avx2::codesToCodes,
+    .codesToCells = avx2::codesToCells,
     .doublesToUnits = scalar::doublesToUnits,
     .shiftedToUnits = scalar::shiftedToUnits,
     .unitsToShifted = scalar::unitsToShifted,

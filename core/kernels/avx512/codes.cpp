@@ -2,6 +2,7 @@
 #include "core/kernels/avx512/field.h"
 #include "core/kernels/avx512/functions.h"
 #include "core/kernels/avx512/lanes.h"
+#include "core/kernels/avx512/utf8_output.h"
 
 namespace veldnls::avx512 {
 
@@ -175,6 +176,24 @@ KernelRun codesToUnits(const CodeRows& codeRows, const LeadBytes& /*leads*/, uin
     at += length;
     run.read = at + carried;
     if (stops) break;
+  }
+  return run;
+}
+
+KernelRun codesToUtf8(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                      size_t room) {
+  KernelRun run{0, 0};
+  while (run.read < count) {
+    const size_t length = smaller(count - run.read, fieldBytes);
+    KernelRun field;
+    const __m256i units = unitsOfField(rows, blank, in + run.read, length, field);
+    const Utf8Lanes lanes = toUtf8Lanes(widened(units), first16(field.written));
+    const size_t size = countOf(lanes.kept);
+    if (size > room - run.written) break;
+    putLanes(out + run.written, lanes);
+    run = {run.read + field.read, run.written + size};
+    // A lead at the end of a field is the next one's, if there is one.
+    if (field.read + 1 < length || field.read == 0) break;
   }
   return run;
 }

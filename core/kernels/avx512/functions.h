@@ -43,6 +43,7 @@ KernelRun unitsToDoubles(const UnitCodes& codes, uint32_t blank, const uint8_t* 
 KernelRun unitsToCells(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room);
 KernelRun codesToUnits(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
                        uint8_t* out, size_t room);
+KernelRun codesToUtf8(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out, size_t room);
 size_t doublesToUnits(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
 KernelRun shiftedToUnits(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
                          size_t room);

@@ -9,6 +9,7 @@ using std::endian;
 
 constinit const Kernels avx512Kernels{
     .tier = KernelTier::avx512,
+    .fieldBytes = 16,
     .byteMap = avx512::byteMap,
     .expand = avx512::expand,
     .pagesToBytes = avx512::pagesToBytes,
@@ -28,10 +29,12 @@ constinit const Kernels avx512Kernels{
     .utf32ToUtf8 = {avx512::utf32ToUtf8<endian::little>, avx512::utf32ToUtf8<endian::big>},
     .utf32ToUtf16 = {avx512::utf32ToUtf16<endian::little>, avx512::utf32ToUtf16<endian::big>},
     .unitsToCodes = avx512::unitsToCodes,
-    .unitsToCodesSingly = avx2::unitsToCodes,
     .unitsToDoubles = avx512::unitsToDoubles,
     .unitsToCells = avx512::unitsToCells,
     .codesToUnits = avx512::codesToUnits,
+    .codesToUtf8 = avx512::codesToUtf8,
+    .codesToCodes = avx2::codesToCodes,
+    .codesToCells = avx2::codesToCells,
     .doublesToUnits = avx512::doublesToUnits,
     .shiftedToUnits = avx512::shiftedToUnits,
     .unitsToShifted = avx512::unitsToShifted,

@@ -96,14 +96,13 @@ void addCodes(std::vector<Slot>& all) {
   static const veldnls::LeadBytes leads = {0x81, 0x9F - 0x81, 0xE0, 0xFC - 0xE0};
   constexpr uint32_t blankCode = 0x8140;
   constexpr uint32_t blank = 0x4081;
+  constexpr size_t eucSet = 2;
+  static const veldnls::UnitCodes eucCodes = veldnls::fromUnicodeSets[eucSet].codes;
+  constexpr uint32_t eucBlank = 0xA1A1;
   static constexpr uint8_t four[] = {0x0E, 0x0F, 0x1B, 0xE1};
   all.push_back({"unitsToCodes", Form::utf16Little, 1, 2, true,
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
                    return k.unitsToCodes(codes, blank, in, count, out, room);
-                 }});
-  all.push_back({"unitsToCodesSingly", Form::utf16Little, 1, 2, true,
-                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
-                   return k.unitsToCodesSingly(codes, blank, in, count, out, room);
                  }});
   all.push_back({"unitsToDoubles", Form::utf16Little, 1, 2, true,
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
@@ -116,6 +115,18 @@ void addCodes(std::vector<Slot>& all) {
   all.push_back({"codesToUnits", Form::shiftJis, 2, 1, true,
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
                    return k.codesToUnits(rows, leads, blankCode, in, count, out, room);
+                 }});
+  all.push_back({"codesToUtf8", Form::shiftJis, 1, 3, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.codesToUtf8(rows, blankCode, in, count, out, room);
+                 }});
+  all.push_back({"codesToCodes", Form::shiftJis, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.codesToCodes(rows, blankCode, eucCodes, eucBlank, in, count, out, room);
+                 }});
+  all.push_back({"codesToCells", Form::shiftJis, 1, 2, true,
+                 [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+                   return k.codesToCells(rows, blankCode, cells, in, count, out, room);
                  }});
   all.push_back({"doublesToUnits", Form::shiftJisPairs, 2, 1, false,
                  [](const Kernels& k, const uint8_t* in, size_t count, uint8_t* out, size_t) {

@@ -206,6 +206,77 @@ TEST_P(KernelTiers, ModesBehindEveryLength) {
   }
 }
 
+// What stands in front of a shift-out: `place` bytes, to begin in the mode `before`.
+struct Lead {
+  std::string name;
+  bool before;
+  Bytes (*bytes)(size_t place);
+};
+
+constexpr uint8_t shiftOut = 0x0E;
+constexpr uint8_t shiftIn = 0x0F;
+
+Bytes singles(size_t place) { return Bytes(place, 0xC1); }
+
+Bytes doubles(size_t place) { return Bytes(place, 0x40); }
+
+Bytes doublesThenSingles(size_t place) {
+  Bytes bytes(place, 0x40);
+  if (place == 0) return bytes;
+  // An even number of bytes stands ahead of the shift-in.
+  const size_t shift = place % 2 == 1 ? place - 1 : place - 2;
+  bytes[shift] = shiftIn;
+  return bytes;
+}
+
+Bytes shortRuns(size_t place) {
+  Bytes bytes;
+  while (bytes.size() + 4 <= place) bytes.insert(bytes.end(), {shiftOut, 0x40, 0x40, shiftIn});
+  bytes.resize(place, 0xC1);
+  return bytes;
+}
+
+const Lead leadsOfShiftOut[] = {
+    {"singles", false, singles},
+    {"doubles", true, doubles},
+    {"doubles and a shift-in", true, doublesThenSingles},
+    {"short runs of doubles", false, shortRuns},
+};
+
+// A shift-out is taken only with the character behind it, wherever the text ends. A kernel that takes it for progress
+// and gives it back never ends.
+TEST_P(KernelTiers, ShiftOutAtEveryPlace) {
+  const auto convert = [](KernelTier tier, bool& mode, GuardedBuffer& input, Bytes& left) {
+    const size_t count = input.size();
+    GuardedBuffer output(2 * count);
+    const KernelRun run =
+        recordOf(tier).shiftedToUnits(shiftedSource(), mode, input.data(), count, output.data(), count);
+    left.assign(output.data(), output.data() + output.size());
+    return run;
+  };
+  for (const Lead& lead : leadsOfShiftOut) {
+    for (size_t place = 0; place <= 130; ++place) {
+      for (const size_t behind : {0, 1, 2, 3, 62, 63, 64, 65}) {
+        Bytes text = lead.bytes(place);
+        text.push_back(shiftOut);
+        text.resize(place + 1 + behind, 0x40);
+        GuardedBuffer input(text);
+        bool expectedMode = lead.before;
+        bool mode = lead.before;
+        Bytes expectedOutput;
+        Bytes output;
+        const KernelRun expected = convert(KernelTier::scalar, expectedMode, input, expectedOutput);
+        const KernelRun actual = convert(GetParam(), mode, input, output);
+        SCOPED_TRACE(lead.name + ", shift-out at " + std::to_string(place) + ", then " + std::to_string(behind));
+        ASSERT_EQ(actual.read, expected.read);
+        ASSERT_EQ(actual.written, expected.written);
+        ASSERT_EQ(mode, expectedMode);
+        ASSERT_EQ(output, expectedOutput);
+      }
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Tier, KernelTiers, testing::ValuesIn(vectorTiers()),
                          [](const auto& tier) { return nameOf(tier.param); });
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(KernelTiers);
