@@ -19,17 +19,18 @@ constexpr Row rows[] = {
     {"ibm-939", "euc-jp", "ja"}, {"utf-8", nullptr, "ja"},     {"shift-jis", nullptr, "ja"},
 };
 
-// Both are beyond the processor's first cache, whose end would count as growth otherwise.
 constexpr size_t once = 65536;
+// Long enough not to be learned by heart.
+constexpr size_t totalBytes = 24 * once;
 
 bool isUnicode(Shape shape) { return shape == Shape::utf8 || shape == Shape::utf16; }
 
-Pieces onePiece(Material& material, const Row& row, size_t bytes) {
+Pieces piecesOf(Material& material, const Row& row, size_t bytes) {
   Text text = material.read(row.text);
   for (const char* name : {row.from, row.to}) {
     if (name != nullptr && !isUnicode(encoding(name).shape)) text = material.restrictedTo(encoding(name), text);
   }
-  return material.cut(text, encoding(row.from), {"", Order::randomWords, bytes, 1});
+  return material.cut(text, encoding(row.from), {"", Order::randomWords, bytes, totalBytes / bytes});
 }
 
 }  // namespace
@@ -39,12 +40,12 @@ void runDoubling(Runner& runner, const Library& library, const std::string& text
   std::vector<uint8_t> room(roomBytes);
   for (const Row& row : rows) {
     const std::string work = row.to == nullptr ? "validate" : std::string("to ") + row.to;
-    const Subject subject{"doubling", std::string(row.from) + " " + work, row.text, "128 KB against 64 KB"};
+    const Subject subject{"doubling", std::string(row.from) + " " + work, row.text, "128 KB against 64 KB twice"};
     if (!runner.wants(subject)) continue;
     const Converter converter = row.to == nullptr ? library.validator(encoding(row.from))
                                                   : library.converter(encoding(row.from), encoding(row.to));
-    const Pieces twice = onePiece(material, row, 2 * once);
-    const Pieces single = onePiece(material, row, once);
+    const Pieces twice = piecesOf(material, row, 2 * once);
+    const Pieces single = piecesOf(material, row, once);
     for (const Pieces* pieces : {&twice, &single}) {
       pieces->forEach([&](Bytes piece) {
         if (converter.convert(piece, room) == 0) throw std::runtime_error(subject.op + ": a piece is refused");
@@ -52,9 +53,9 @@ void runDoubling(Runner& runner, const Library& library, const std::string& text
     }
     runner.run({subject,
                 twice.totalBytes(),
-                1,
+                twice.count(),
                 {{"veldnls", [&] { converter.convertAll(twice, room); }},
-                 {"veldnls, half of it", [&] { converter.convertAll(single, room); }}}});
+                 {"veldnls, in halves", [&] { converter.convertAll(single, room); }}}});
   }
 }
 

@@ -19,7 +19,7 @@ void runValidation(Runner& runner, const Library& library, const std::string& te
 // Text with faults at random places, which library and ICU replace, each in its own way: outputs aren't compared.
 void runDamage(Runner& runner, const Library& library, const std::string& textFolder);
 
-// The library beside itself on half the text.
+// The library on long texts beside itself on twice as many of half the length.
 void runDoubling(Runner& runner, const Library& library, const std::string& textFolder);
 
 // Finding an encoding by its name.

@@ -16,7 +16,6 @@ namespace {
 constexpr size_t firstBeyondAscii = 0x80;
 constexpr uint8_t firstTrail = 0x80;
 constexpr uint8_t firstTrailBeyondUnicode = 0x90;
-constexpr size_t room = 64;
 
 // What a byte map makes of every byte; nothing if there is none.
 std::optional<std::array<uint8_t, byteValues>> mapAllBytes(const Pipeline& pipeline) {

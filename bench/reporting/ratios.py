@@ -15,8 +15,9 @@ LONG_FORMS = ("looped", "random")
 SHORT_FORMS = ("field-16", "field-64")
 LONG_FLOORS = {"multi": 1.0, "multi-multi": 2.0}
 SHORT_FLOOR = 1.5
-# Of the other kinds. Twice the text takes at most 2.1 times as long, a crowded pool at most 3 times.
-FLOORS = {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "damage": 1.0, "doubling": 1 / 2.1, "pool-growth": 1 / 3}
+# Of the other kinds. Twice the text, which stands beside its two halves, takes at most 2.1 times as long as one; a
+# crowded pool takes at most 3 times as long as another.
+FLOORS = {"page": 1.0, "unicode": 1.0, "bytes": 1.0, "damage": 1.0, "doubling": 2 / 2.1, "pool-growth": 1 / 3}
 # Of numbers by what is called.
 NUMBER_FLOORS = {
     "formatDouble fixed": 1.0,

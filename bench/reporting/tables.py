@@ -24,7 +24,7 @@ SECTIONS = (
 )
 JUDGED_CALLS = (
     ("Damaged text", lambda r: r.kind == "damage"),
-    ("A text beside half of it", lambda r: r.kind == "doubling"),
+    ("A text beside its halves", lambda r: r.kind == "doubling"),
     ("Numbers", lambda r: r.kind == "numbers"),
     ("A pool with 8,192 live blocks beside one with 256", lambda r: r.kind == "pool-growth"),
 )
