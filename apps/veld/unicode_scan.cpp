@@ -9,7 +9,6 @@ namespace veld {
 namespace {
 
 constexpr char32_t firstOfTwoBytes = 0x80;
-constexpr char32_t firstOfThreeBytes = 0x800;
 constexpr uint16_t patience = 4096;
 constexpr uint8_t firstTrail = 0x80;
 constexpr uint8_t trailBits = 0x3F;
