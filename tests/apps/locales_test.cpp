@@ -86,7 +86,8 @@ TEST(VeldLocales, OneLocaleTellsAll) {
 
 TEST(VeldLocales, ExamplesAreThoseOfFormat) {
   for (const char* locale : {"de_DE", "ja_JP", "hi_IN", "ar_EG"}) {
-    for (const Json& example : locales({locale})["examples"]) {
+    const Json shown = locales({locale});
+    for (const Json& example : shown["examples"]) {
       std::vector<std::string> more;
       if (example.contains("form")) more = {"--form", example["form"]};
       const Outcome outcome = formatIn(locale, example["kind"], {example["value"]}, more);
