@@ -4,6 +4,7 @@
 #include "core/kernels/pace.h"
 #include "core/registry.h"
 #include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlsmb/short_source.h"
 #include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/source_run.h"
@@ -25,7 +26,7 @@ struct OfPairs {
 
 struct OfGb18030 {
   static Meaning meaning(CodePageModule* module, const PipelineSide& side, const uint8_t* at, uint32_t length) {
-    return meaningOfGb18030(side, *reinterpret_cast<MultiByteModule*>(module)->gbModule, at, length);
+    return meaningOfGb18030(side, *loadedGbModule(*reinterpret_cast<MultiByteModule*>(module)), at, length);
   }
 };
 

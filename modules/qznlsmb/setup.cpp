@@ -6,6 +6,7 @@
 #include "core/qznlsstub.h"
 #include "modules/qznlsgb/qznlsgb.h"
 #include "modules/qznlsmb/direct_run.h"
+#include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlsmb/scanners.h"
 #include "modules/qznlsmb/skip_source.h"
 #include "modules/qznlsmb/source_tables.h"
@@ -28,12 +29,6 @@ const uint16_t* kanaPairs(const EncodingDescriptor& target) {
   if (target.baseCei != U_SHIFTJIS_CE) return nullptr;
   if (target.cei == U_DECJP_CE || target.cei == U_EUCJP_CE) return eucHalfWidthKatakana;
   return halfWidthKatakana[target.profile.singleByteSet];
-}
-
-// The GB18030 module if it is there. Like the other modules it may be loaded by several threads at once: one copy
-// stays.
-Gb18030Module* loadedGbModule(MultiByteModule& module) {
-  return std::atomic_ref<Gb18030Module*>(module.gbModule).load(std::memory_order_acquire);
 }
 
 bool loadGbModule(MultiByteModule& module) {

@@ -5,6 +5,7 @@
 #include "core/registry.h"
 #include "modules/qznlsgb/qznlsgb.h"
 #include "modules/qznlsmb/iso2022_target.h"
+#include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlsmb/short_target.h"
 #include "modules/qznlsmb/skip_target.h"
 #include "modules/qznlsmb/stages.h"
@@ -28,7 +29,7 @@ struct ToPairs {
 struct ToGb18030 {
   static bool put(TargetRun& run, CodePageModule* module, uint32_t codePoint, bool& substituted) {
     if (codePoint < 0x80) return run.putSingle(static_cast<uint8_t>(codePoint));
-    Gb18030Module& gb = *reinterpret_cast<MultiByteModule*>(module)->gbModule;
+    Gb18030Module& gb = *loadedGbModule(*reinterpret_cast<MultiByteModule*>(module));
     const uint32_t code = gb.fromUnicode(&gb, codePoint);
     const size_t length = code > 0xFFFF ? 4 : code > 0xFF ? 2 : 1;
     if (run.room() < length) return false;
