@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "core/kernels/kernels.h"
+#include "modules/qznlsgb/tables.h"
 #include "modules/qznlsmb/tables.h"
 
 namespace {
@@ -59,12 +60,14 @@ Bytes utf32Of(const Bytes& utf8) {
   return units;
 }
 
-// The sets of shift-jis and ibm-939 by number.
+// The sets of shift-jis, euc-jp and ibm-939 by number.
 constexpr int leadByteSet = 3;
+constexpr int eucSet = 2;
 constexpr int shiftedSet = 1;
 constexpr veldnls::LeadBytes leads = {0x81, 0x9F - 0x81, 0xE0, 0xFC - 0xE0};
 constexpr uint32_t leadByteBlank = 0x8140;
 constexpr uint32_t leadByteBlankOut = 0x4081;
+constexpr uint32_t eucBlankOut = 0xA1A1;
 constexpr uint32_t shiftedBlank = 0x4040;
 
 const veldnls::ShiftedSource& shiftedSource() {
@@ -81,6 +84,20 @@ const veldnls::ShiftedTarget& shiftedTarget() {
 
 KernelRun toCodes(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
   return kernels.unitsToCodes(veldnls::fromUnicodeSets[leadByteSet].codes, leadByteBlankOut, in, count, out, room);
+}
+
+veldnls::UnitCells gb18030Cells() { return {veldnls::gbFromUnicodeIndex.blocks, veldnls::gbFromUnicodeIndex.cells}; }
+
+// Units that have a code in a second encoding, too.
+KernelRun toCodesOfEuc(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  const KernelRun common =
+      kernels.unitsToCodes(veldnls::fromUnicodeSets[eucSet].codes, eucBlankOut, in, count, out, room);
+  return toCodes(kernels, in, common.read, out, room);
+}
+
+KernelRun toCodesOfGb18030(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
+  const KernelRun common = kernels.unitsToCells(gb18030Cells(), in, count, out, room);
+  return toCodes(kernels, in, common.read, out, room);
 }
 
 KernelRun toShifted(const Kernels& kernels, const uint8_t* in, size_t count, uint8_t* out, size_t room) {
@@ -199,6 +216,21 @@ const Job jobs[] = {
      [](const Kernels& k, const Bytes& in, Bytes& out) {
        k.codesToUnits(veldnls::toUnicodeSets[leadByteSet].codes, leads, leadByteBlank, in.data(), in.size(), out.data(),
                       in.size());
+     }},
+    {"codesToUtf8", convertedBy<toCodes>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.codesToUtf8(veldnls::toUnicodeSets[leadByteSet].codes, leadByteBlank, in.data(), in.size(), out.data(),
+                     out.size());
+     }},
+    {"codesToCodes", convertedBy<toCodesOfEuc>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.codesToCodes(veldnls::toUnicodeSets[leadByteSet].codes, leadByteBlank, veldnls::fromUnicodeSets[eucSet].codes,
+                      eucBlankOut, in.data(), in.size(), out.data(), out.size());
+     }},
+    {"codesToCells", convertedBy<toCodesOfGb18030>,
+     [](const Kernels& k, const Bytes& in, Bytes& out) {
+       k.codesToCells(veldnls::toUnicodeSets[leadByteSet].codes, leadByteBlank, gb18030Cells(), in.data(), in.size(),
+                      out.data(), out.size());
      }},
     {"unitsToShifted", takenBy<toShifted>,
      [](const Kernels& k, const Bytes& in, Bytes& out) {

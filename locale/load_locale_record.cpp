@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "locale/date_time_fields.h"
 #include "locale/locale_data.h"
 #include "locale/name_tables.h"
 #include "locale/qznlsldb.h"
@@ -23,23 +24,6 @@ void copyText(NlsText60& to, const Text& from) {
 template <class Text, size_t count>
 void copyText(NlsText60 (&to)[count], const Text (&from)[count]) {
   for (size_t i = 0; i < count; ++i) copyText(to[i], from[i]);
-}
-
-void copyDateTime(LocaleDateTime& to, const LocaleDataRow& from) {
-  copyText(to.dayNames, from.dayNames);
-  copyText(to.dayAbbreviations, from.dayAbbreviations);
-  copyText(to.monthNames, from.monthNames);
-  copyText(to.monthAbbreviations, from.monthAbbreviations);
-  copyText(to.dateFormatShort, from.dateFormatShort);
-  copyText(to.dateFormatMedium, from.dateFormatMedium);
-  copyText(to.dateFormatLong, from.dateFormatLong);
-  copyText(to.dateTimeFormat, from.dateTimeFormat);
-  copyText(to.timeFormat24, from.timeFormat24);
-  copyText(to.timeFormat12, from.timeFormat12);
-  copyText(to.amText, from.amText);
-  copyText(to.pmText, from.pmText);
-  to.dateSeparator = from.dateSeparator;
-  to.timeSeparator = from.timeSeparator;
 }
 
 void copyNumber(LocaleNumber& to, const LocaleDataRow& from) {
@@ -78,7 +62,7 @@ void fillLocaleRecord(LocaleRecord* record, int32_t localeId) {
   const LocaleItemRow* items = nullptr;
   if (findLocaleItems(&items, localeId) != 0) findLocaleItems(&items, defaultLocaleRow.localeId);
 
-  copyDateTime(record->dateTime, row);
+  copyDateTimeFields(record->dateTime, row, [](auto& to, const auto& from) { copyText(to, from); });
   copyNumber(record->number, row);
   copyCurrency(record->currency, row);
   // An assignment may leave out the bytes behind the last field. They are zeros too, so that two records of a locale

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "core/wide_text.h"
+#include "locale/date_time_fields.h"
 #include "locale/name_tables.h"
 #include "veldnls/status.h"
 
@@ -107,23 +108,6 @@ void expand(Text (&target)[count], const uint16_t (&numbers)[count]) {
   for (size_t i = 0; i < count; ++i) expand(target[i], numbers[i]);
 }
 
-void expandDateTime(LocaleDataRow& row, const CompactRow& source) {
-  expand(row.dayNames, source.dayNames);
-  expand(row.dayAbbreviations, source.dayAbbreviations);
-  expand(row.monthNames, source.monthNames);
-  expand(row.monthAbbreviations, source.monthAbbreviations);
-  expand(row.dateFormatShort, source.dateFormatShort);
-  expand(row.dateFormatMedium, source.dateFormatMedium);
-  expand(row.dateFormatLong, source.dateFormatLong);
-  expand(row.dateTimeFormat, source.dateTimeFormat);
-  expand(row.timeFormat24, source.timeFormat24);
-  expand(row.timeFormat12, source.timeFormat12);
-  expand(row.amText, source.amText);
-  expand(row.pmText, source.pmText);
-  row.dateSeparator = source.dateSeparator;
-  row.timeSeparator = source.timeSeparator;
-}
-
 // Amounts of money have the signs of plain numbers, and the same form at home and abroad.
 void expandNumbers(LocaleDataRow& row, const CompactRow& source) {
   expand(row.numberPattern, source.numberPattern);
@@ -163,7 +147,7 @@ NlsStatus copyLocaleData(LocaleDataRow* row, int32_t localeId) {
   const int32_t place = dataPlace(localeId);
   if (place < 0) return nlsLocaleNotFound;
   std::memset(row, 0, sizeof *row);
-  expandDateTime(*row, recordRows[place]);
+  copyDateTimeFields(*row, recordRows[place], [](auto& text, const auto& numbers) { expand(text, numbers); });
   expandNumbers(*row, recordRows[place]);
   expandIdentity(*row, recordRows[place]);
   return 0;

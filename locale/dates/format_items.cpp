@@ -1,6 +1,7 @@
 #include "locale/dates/format_items.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "core/text_primitives.h"
 #include "core/wide_text.h"
@@ -53,32 +54,47 @@ bool readItem(const NlsText60& format, int32_t* place, Item* item) {
   return true;
 }
 
-bool appendTimeItem(BoundedText& text, const LocaleDateTime& locale, const Moment& moment, char16_t letter) {
+struct TwoDigits {
+  int32_t value;
+  char16_t fill = u'0';
+};
+
+// What an item of two digits writes; nothing for other items, and for those of the time of day in plain dates.
+std::optional<TwoDigits> digitsOf(const Moment& moment, char16_t letter) {
+  switch (letter) {
+    case u'N':
+      return TwoDigits{moment.date.month};
+    case u'O':
+      return TwoDigits{moment.date.month, u' '};
+    case u'D':
+      return TwoDigits{moment.date.day};
+    case u'E':
+      return TwoDigits{moment.date.day, u' '};
+    default:
+      break;
+  }
+  if (!moment.hasTime) return std::nullopt;
   switch (letter) {
     case u'H':
-      text.appendTwo(moment.hour, u'0');
-      return true;
+      return TwoDigits{moment.hour};
     case u'I':
-      text.appendTwo(moment.hour % 12 == 0 ? 12 : moment.hour % 12, u'0');
-      return true;
+      return TwoDigits{moment.hour % 12 == 0 ? 12 : moment.hour % 12};
     case u'M':
-      text.appendTwo(moment.minute, u'0');
-      return true;
+      return TwoDigits{moment.minute};
     case u'S':
-      text.appendTwo(moment.second, u'0');
-      return true;
-    case u'P':
-      text.append(moment.hour < 12 ? locale.amText : locale.pmText);
-      return true;
+      return TwoDigits{moment.second};
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
 bool appendItem(BoundedText& text, const LocaleDateTime& locale, const Moment& moment, const Item& item) {
-  const CalendarDate& date = moment.date;
+  if (const auto digits = digitsOf(moment, item.letter)) {
+    text.appendTwo(digits->value, digits->fill);
+    return true;
+  }
   const int32_t weekday = moment.weekday - 1;
-  const int32_t month = date.month - 1;
+  const int32_t month = moment.date.month - 1;
   switch (item.letter) {
     case u'Z':
       return true;
@@ -100,8 +116,8 @@ bool appendItem(BoundedText& text, const LocaleDateTime& locale, const Moment& m
       return true;
     case u'Y':
       // Two-digit years are never written. Of a year of five digits the first is lost.
-      text.appendTwo(date.year / 100, u'0');
-      text.appendTwo(date.year % 100, u'0');
+      text.appendTwo(moment.date.year / 100, u'0');
+      text.appendTwo(moment.date.year % 100, u'0');
       return true;
     case u'B':
       text.append(item.brief ? locale.monthAbbreviations[month] : locale.monthNames[month]);
@@ -109,20 +125,11 @@ bool appendItem(BoundedText& text, const LocaleDateTime& locale, const Moment& m
     case u'C':
       text.append(locale.monthNames[month]);
       return true;
-    case u'N':
-      text.appendTwo(date.month, u'0');
-      return true;
-    case u'O':
-      text.appendTwo(date.month, u' ');
-      return true;
-    case u'D':
-      text.appendTwo(date.day, u'0');
-      return true;
-    case u'E':
-      text.appendTwo(date.day, u' ');
-      return true;
+    case u'P':
+      if (moment.hasTime) text.append(moment.hour < 12 ? locale.amText : locale.pmText);
+      return moment.hasTime;
     default:
-      return moment.hasTime && appendTimeItem(text, locale, moment, item.letter);
+      return false;
   }
 }
 

@@ -67,6 +67,7 @@ TEST(Context, TermClearsTheRecordThatNamesIt) {
   vector.memory = &memory;
   XmContext* first = xminit(&vector);
   ASSERT_NE(first, nullptr);
+  hsmemterm(&vector, first);
   memory.context = nullptr;
   XmContext* second = xminit(&vector);
   ASSERT_NE(second, nullptr);
@@ -75,6 +76,7 @@ TEST(Context, TermClearsTheRecordThatNamesIt) {
   EXPECT_EQ(memory.context, second);
   xmterm(&vector, nullptr);
   EXPECT_EQ(memory.context, second);
+  hsmemterm(&vector, second);
   xmterm(&vector, second);
   EXPECT_EQ(memory.context, nullptr);
 }
@@ -98,6 +100,7 @@ TEST(Context, EachAllocationOfInitMayFail) {
   // descriptor, memory of the default pool.
   EXPECT_EQ(n, 10);
   EXPECT_NE(xmalloc(&vector, XM_THREAD_POOL, 100, 0), nullptr);
+  hsmemterm(&vector, memory.context);
   xmterm(&vector, memory.context);
 }
 
@@ -106,6 +109,7 @@ TEST(Context, PoolsKeepTheirOwn) {
   test::HostRecords host;
   XmPool* pool = xmcreate(&host.vector, 0, 1024, 0);
   XmContext* context = host.memory.context;
+  hsmemterm(&host.vector, context);
   host.memory.context = nullptr;
   XmContext* other = xminit(&host.vector);
   const uint32_t inUse = context->inUse;

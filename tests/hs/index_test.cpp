@@ -95,6 +95,7 @@ TEST_F(Index, EndsWithTheContext) {
   for (int i = 0; i < 200; ++i) blocks.push_back(xmalloc(&vector, XM_SUPERVISOR_POOL, 64, 0));
   for (size_t i = 0; i < blocks.size(); i += 2) xmfree(&vector, XM_SUPERVISOR_POOL, blocks[i], XM_SIZE_IN_HEADER);
   EXPECT_NE(memory.context->supervisor.chunks->index, nullptr);
+  hsmemterm(&vector, memory.context);
   xmterm(&vector, memory.context);
 }
 

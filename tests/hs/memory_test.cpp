@@ -279,7 +279,7 @@ TEST_F(Memory, TermTakesTheHandleOfTheInitialisation) {
   EXPECT_EQ(bare.signal, SIGABRT);
   setOption(1);
   hshifree(&host.vector, hshimalloc(&host.vector, page), page);
-  hsmemterm(&host.vector, context);
+  host.closeHighMemory();
   EXPECT_EQ(context->highMemoryState, -1);
 }
 
@@ -292,7 +292,7 @@ TEST_F(Memory, PoolsMayEndAfterTerm) {
     const uint32_t inUse = own.memory.context->inUse;
     XmPool* pool = xmcreate(&own.vector, page, 0, XM_HIGH_MEMORY);
     const uint8_t* start = pool->chunks->start;
-    hsmemterm(&own.vector, own.memory.context);
+    own.closeHighMemory();
     xmdestroy(&own.vector, pool);
     EXPECT_EQ(own.memory.context->inUse, inUse);
     EXPECT_EQ(protectionOf(start), state == 0 ? "rw-p" : "");

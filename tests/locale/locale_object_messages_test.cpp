@@ -3,174 +3,21 @@
 #include <signal.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <map>
-#include <mutex>
 #include <set>
 #include <thread>
 
 #include "faults/failing_memory.h"
 #include "locale/locale_object_support.h"
 #include "support/death.h"
+#include "support/message_services.h"
 
 namespace {
-
-struct Lock {
-  NLS_HANDLE_FIELDS
-  std::mutex mutex;
-  std::vector<int32_t> params;
-};
-
-struct List {
-  NLS_HANDLE_FIELDS
-  std::mutex mutex;
-  std::map<std::string, NlsExtension*> entries;  // by the bytes of the key; the list's own
-  std::vector<int32_t> params;
-  std::vector<std::pair<int32_t, int32_t>> options;
-};
-
-// What the modules of a language answer, and how often they were asked.
-struct Messages {
-  std::u16string text;
-  NlsStatus status = 0;
-  std::atomic<int> asked{0};
-};
-
-struct MessageModule {
-  NLS_EXTENSION_FIELDS
-  Messages* messages;
-};
-
-// What the services share with a test. One test runs at a time.
-struct Services {
-  std::map<std::u16string, Messages> known;  // of modules that can be loaded, by key
-  std::vector<std::u16string> loads;         // names asked for, in order
-  std::atomic<int> acquiring{0};             // calls of lockAcquire so far
-  int awaited = 0;                           // of these, before a load goes on
-  NlsStatus acquireStatus = 0;
-  NlsStatus insertStatus = 0;
-  bool refuseLock = false;
-  bool refuseList = false;
-  int locks = 0;
-  int lists = 0;
-  int modules = 0;  // that were made and not released
-  const XmPool* pool = nullptr;
-  uint64_t usedWhenALockEnded = 0;  // of the pool
-};
-Services* services;
-
-NlsStatus endLock(void* handle) {
-  --services->locks;
-  services->usedWhenALockEnded = faults_test::usedBytes(services->pool);
-  delete static_cast<Lock*>(handle);
-  return 0;
-}
-
-NlsStatus endList(void* handle) {
-  --services->lists;
-  for (const auto& [key, value] : static_cast<List*>(handle)->entries) EXPECT_EQ(value->destroy(value), 0u);
-  delete static_cast<List*>(handle);
-  return 0;
-}
-
-void* lockCreate(void*, const int32_t* params, void*, const char* name) {
-  if (services->refuseLock) return nullptr;
-  ++services->locks;
-  auto* lock = new Lock();
-  lock->destroy = endLock;
-  lock->name = name;
-  lock->params.assign(params, params + 4);
-  return lock;
-}
-
-void* listCreate(void*, const int32_t* params, void*, const char* name) {
-  if (services->refuseList) return nullptr;
-  ++services->lists;
-  auto* list = new List();
-  list->destroy = endList;
-  list->name = name;
-  list->params.assign(params, params + 4);
-  return list;
-}
-
-NlsStatus treeSetOption(void* tree, int32_t option, int32_t value) {
-  static_cast<List*>(tree)->options.emplace_back(option, value);
-  return 0;
-}
-
-NlsStatus lockAcquire(void* handle, int32_t exclusive, int32_t wait) {
-  EXPECT_EQ(exclusive, 1);
-  EXPECT_EQ(wait, 1);
-  if (services->acquireStatus != 0) return services->acquireStatus;
-  ++services->acquiring;
-  static_cast<Lock*>(handle)->mutex.lock();
-  return 0;
-}
-
-NlsStatus lockRelease(void* handle) {
-  static_cast<Lock*>(handle)->mutex.unlock();
-  return 0;
-}
-
-std::string keyOf(const void* key, int32_t length) {
-  EXPECT_EQ(length, 12);
-  return {static_cast<const char*>(key), static_cast<size_t>(length)};
-}
-
-void* treeSearch(void* tree, void*, void*, const void* key, int32_t length) {
-  auto* list = static_cast<List*>(tree);
-  const std::lock_guard<std::mutex> guard(list->mutex);
-  const auto entry = list->entries.find(keyOf(key, length));
-  return entry == list->entries.end() ? nullptr : entry->second;
-}
-
-NlsStatus treeInsert(void* tree, void*, void*, void* value, int32_t, const void* key, int32_t length, int32_t) {
-  if (services->insertStatus != 0) return services->insertStatus;
-  auto* list = static_cast<List*>(tree);
-  const std::lock_guard<std::mutex> guard(list->mutex);
-  EXPECT_TRUE(list->entries.emplace(keyOf(key, length), static_cast<NlsExtension*>(value)).second) << "listed twice";
-  return 0;
-}
-
-NlsStatus releaseModule(void* handle) {
-  --services->modules;
-  delete static_cast<MessageModule*>(handle);
-  return 0;
-}
-
-void* loadExtension(void*, const char16_t* name, int32_t length, void* journal) {
-  EXPECT_EQ(journal, nullptr);
-  while (services->acquiring < services->awaited) std::this_thread::yield();
-  services->loads.emplace_back(name, static_cast<size_t>(length));
-  const auto known = services->known.find(services->loads.back());
-  if (known == services->known.end()) return nullptr;
-  ++services->modules;
-  auto* module = new MessageModule();
-  module->release = releaseModule;
-  module->messages = &known->second;
-  return module;
-}
-
-NlsStatus openMessageBundle(void* bundle, int32_t code, void* data, int32_t size) {
-  Messages& messages = *static_cast<MessageModule*>(bundle)->messages;
-  EXPECT_EQ(code, 0) << "whatever code was asked for";
-  ++messages.asked;
-  if (messages.status == 0) {
-    const auto count = std::min(messages.text.size(), static_cast<size_t>(size));
-    std::copy_n(messages.text.begin(), count, static_cast<char16_t*>(data));
-  }
-  return messages.status;
-}
 
 constexpr NlsStatus otherStatus = 0x12345;
 
 class LocaleObjectMessages : public testing::Test {
  protected:
-  LocaleObjectMessages() {
-    services = &state;
-    state.pool = host.nls->pool;
-    host.memory.services = &table;
-  }
+  LocaleObjectMessages() { host.memory.services = &test::MessageServices::table; }
   ~LocaleObjectMessages() override {
     EXPECT_EQ(state.locks, 0);
     EXPECT_EQ(state.lists, 0);
@@ -179,7 +26,7 @@ class LocaleObjectMessages : public testing::Test {
   }
 
   void know(const std::u16string& language, const std::u16string& text, NlsStatus status = 0) {
-    Messages& messages = state.known[u"t0a0" + language];
+    test::Messages& messages = state.known[u"t0a0" + language];
     messages.text = text;
     messages.status = status;
   }
@@ -198,29 +45,15 @@ class LocaleObjectMessages : public testing::Test {
   }
 
   test::NlsHost host{&VELDNLSLIB};
-  Services state;
-  NlsHostServices table = [] {
-    NlsHostServices all{};
-    all.size = sizeof all;
-    all.listCreate = listCreate;
-    all.lockCreate = lockCreate;
-    all.treeSetOption = treeSetOption;
-    all.lockAcquire = lockAcquire;
-    all.lockRelease = lockRelease;
-    all.treeSearch = treeSearch;
-    all.treeInsert = treeInsert;
-    all.openMessageBundle = openMessageBundle;
-    all.loadExtension = loadExtension;
-    return all;
-  }();
+  test::MessageServices state{[](const char* what) { ADD_FAILURE() << "broken: " << what; }};
 };
 
 TEST_F(LocaleObjectMessages, LockAndListOfALocale) {
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_DE");
   ASSERT_NE(locale, nullptr);
-  EXPECT_STREQ(static_cast<Lock*>(locale->messageLock)->name, "qznls Locale QZMSG lock");
-  EXPECT_EQ(static_cast<Lock*>(locale->messageLock)->params, (std::vector<int32_t>{0, 0, 0, 0}));
-  const auto* list = static_cast<List*>(locale->messageTrack);
+  EXPECT_STREQ(static_cast<test::MessageLock*>(locale->messageLock)->name, "qznls Locale QZMSG lock");
+  EXPECT_EQ(static_cast<test::MessageLock*>(locale->messageLock)->params, (std::vector<int32_t>{0, 0, 0, 0}));
+  const auto* list = static_cast<test::MessageList*>(locale->messageTrack);
   EXPECT_STREQ(list->name, "qznls Locale QZMSG track");
   EXPECT_EQ(list->params, (std::vector<int32_t>{1, 0, 1, 0x20000000}));
   EXPECT_EQ(list->options, (std::vector<std::pair<int32_t, int32_t>>{{0, 1}}));
@@ -240,12 +73,14 @@ TEST_F(LocaleObjectMessages, WithoutLockOrListThereIsNoLocale) {
 // The record is given back ahead of the lock when creation fails, and behind it when a locale is destroyed.
 TEST_F(LocaleObjectMessages, ALockEndsBehindTheRecordOfALocaleThatFails) {
   const uint64_t before = faults_test::usedBytes(host.nls->pool);
+  uint64_t used = 0;  // when a lock ended
+  state.atEndOfLock = [&] { used = faults_test::usedBytes(host.nls->pool); };
   test::makeLocale(host.nls, "de_DE").reset();
-  EXPECT_GT(state.usedWhenALockEnded, before + sizeof(LocaleRecord));
+  EXPECT_GT(used, before + sizeof(LocaleRecord));
   state.refuseList = true;
   EXPECT_EQ(test::makeLocale(host.nls, "de_DE"), nullptr);
-  EXPECT_GT(state.usedWhenALockEnded, before) << "the object is still there";
-  EXPECT_LT(state.usedWhenALockEnded, before + sizeof(LocaleRecord));
+  EXPECT_GT(used, before) << "the object is still there";
+  EXPECT_LT(used, before + sizeof(LocaleRecord));
 }
 
 TEST_F(LocaleObjectMessages, TheModuleOfTheLanguageAnswers) {
@@ -341,7 +176,9 @@ TEST_F(LocaleObjectMessages, OfTwoThreadsOneLoadsAModule) {
   know(u"de", u"Hallo");
   know(u"en", u"Hello");
   const test::LocaleHandle locale = test::makeLocale(host.nls, "de_DE");
-  state.awaited = 2;
+  state.beforeLoad = [&] {
+    while (state.acquired < 2) std::this_thread::yield();
+  };
   Answer answers[2];
   std::thread first([&] { answers[0] = ask(locale.get()); });
   std::thread second([&] { answers[1] = ask(locale.get()); });

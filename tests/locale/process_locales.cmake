@@ -15,13 +15,33 @@ set(process_locales_compiled)
 set(process_locales_programs locale_test dates_test locale_object_test numbers_test)
 set(locale_test_filter "*")
 set(dates_test_filter
-  "*-DatesCalendar.*:DatesMoment.*:DatesParseItems.EveryNumberItemWithEveryValue:DatesSlots.EveryCapacityInEveryLocale")
+  "*-DatesCalendar.*:DatesMoment.RandomValues:DatesParseItems.EveryNumberItemWithEveryValue:DatesSlots.EveryCapacityInEveryLocale")
 set(locale_object_test_filter "*")
 set(numbers_test_filter
   "*-NumberDifferential.*:IntegerDifferential.*:NumberParsers.DoublesNextToAllKindsOfNumbers")
+# In further zones, all tests of the dates that are done at once.
+string(CONCAT quick_dates_filter
+  "*-DatesCalendar.EveryDayBothWays:DatesMoment.RandomValues:DatesFormatItems.ExactlyTheseUnitsAreItems"
+  ":DatesParseItems.ExactlyTheseUnitsAreItems:DatesParseItems.EveryNumberItemWithEveryValue"
+  ":DatesRoundTrip.EveryFormatOfEveryLocale:DatesSlots.EveryCapacityInEveryLocale:DatesSlots.EveryYearAndManyDays")
 
-# process_locale(<language> <charset> <decimal point> <time zone> <seconds east of Greenwich in July>)
-function(process_locale language charset point zone east)
+# Seconds east of Greenwich in July: half an hour off, west and half an hour off, and beyond half a day.
+set(process_zones Asia/Kolkata America/St_Johns Pacific/Apia)
+set(seconds_east_of_Asia/Kolkata 19800)
+set(seconds_east_of_America/St_Johns -9000)
+set(seconds_east_of_Pacific/Apia 46800)
+
+# process_locale_test(<name> <program> <filter> <locale> <decimal point> <zone>)
+function(process_locale_test name program filter locale point zone)
+  add_test(NAME ${name} COMMAND ${program} --gtest_filter=${filter})
+  set_tests_properties(${name} PROPERTIES LABELS slow TIMEOUT 600 ENVIRONMENT
+    "LOCPATH=${process_locales_folder};LC_ALL=${locale};TZ=${zone};VELDNLS_DECIMAL_POINT=${point};VELDNLS_SECONDS_EAST=${seconds_east_of_${zone}}")
+endfunction()
+
+# process_locale(<language> <charset> <decimal point> <time zone>)
+#
+# All programs in one zone, for names and numbers know none, and the dates in the others, too.
+function(process_locale language charset point zone)
   set(name ${language}.${charset})
   set(compiled ${process_locales_folder}/${name})
   add_custom_command(OUTPUT ${compiled}/LC_CTYPE
@@ -30,17 +50,21 @@ function(process_locale language charset point zone east)
     COMMENT "Compiling the locale ${name}" VERBATIM)
   set(process_locales_compiled ${process_locales_compiled} ${compiled}/LC_CTYPE PARENT_SCOPE)
   foreach(program ${process_locales_programs})
-    add_test(NAME ${program}_in_${name} COMMAND ${program} --gtest_filter=${${program}_filter})
-    set_tests_properties(${program}_in_${name} PROPERTIES LABELS slow TIMEOUT 600 ENVIRONMENT
-      "LOCPATH=${process_locales_folder};LC_ALL=${name};TZ=${zone};VELDNLS_DECIMAL_POINT=${point};VELDNLS_SECONDS_EAST=${east}")
+    process_locale_test(${program}_in_${name} ${program} "${${program}_filter}" ${name} ${point} ${zone})
+  endforeach()
+  foreach(other ${process_zones})
+    if(NOT other STREQUAL zone)
+      string(REPLACE "/" "_" suffix ${other})
+      process_locale_test(dates_test_in_${name}_${suffix} dates_test "${quick_dates_filter}" ${name} ${point} ${other})
+    endif()
   endforeach()
 endfunction()
 
-process_locale(de_DE UTF-8 "," Asia/Kolkata 19800)
-process_locale(de_DE ISO-8859-1 "," America/St_Johns -9000)
-process_locale(tr_TR UTF-8 "," Pacific/Apia 46800)
-process_locale(tr_TR ISO-8859-9 "," Asia/Kolkata 19800)
-process_locale(ar_EG UTF-8 "." America/St_Johns -9000)
-process_locale(ar_EG ISO-8859-6 "." Pacific/Apia 46800)
+process_locale(de_DE UTF-8 "," Asia/Kolkata)
+process_locale(de_DE ISO-8859-1 "," America/St_Johns)
+process_locale(tr_TR UTF-8 "," Pacific/Apia)
+process_locale(tr_TR ISO-8859-9 "," Asia/Kolkata)
+process_locale(ar_EG UTF-8 "." America/St_Johns)
+process_locale(ar_EG ISO-8859-6 "." Pacific/Apia)
 
 add_custom_target(process_locales ALL DEPENDS ${process_locales_compiled})

@@ -12,7 +12,15 @@ HostRecords::HostRecords() {
   xminit(&vector);
 }
 
-HostRecords::~HostRecords() { xmterm(&vector, memory.context); }
+HostRecords::~HostRecords() {
+  closeHighMemory();
+  xmterm(&vector, memory.context);
+}
+
+void HostRecords::closeHighMemory() {
+  if (memory.context != nullptr && !highMemoryClosed_) hsmemterm(&vector, memory.context);
+  highMemoryClosed_ = true;
+}
 
 NlsHost::NlsHost(NlsLibraryEntry entry) {
   void* object = nullptr;

@@ -11,6 +11,11 @@ class HostRecords {
  public:
   HostRecords();
   ~HostRecords();
+
+  // Ends high memory ahead of the rest of the context, as hosts do: what is out may be given back, and no more asked
+  // for. A second call does nothing.
+  void closeHighMemory();
+
   HostRecords(const HostRecords&) = delete;
   HostRecords& operator=(const HostRecords&) = delete;
 
@@ -22,6 +27,9 @@ class HostRecords {
 
   // The vector as the export takes it.
   void** input() { return reinterpret_cast<void**>(&vector); }
+
+ private:
+  bool highMemoryClosed_ = false;
 };
 
 // Host records and an object that `entry` makes with them; `nls` is null if that fails. Pass &VELDNLSLIB in tests that

@@ -1,76 +1,28 @@
 // A breach in the text stops the generator with a sentence that names file and cure.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <string>
 
-#include "page_text.h"
-#include "support/death.h"
+#include "support/generator.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 class GenPages : public testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = fs::path(testing::TempDir()) / ("gen_pages_" + std::to_string(getpid()));
-    fs::remove_all(folder_);
-    fs::create_directories(folder_ / "out" / "pages");
-    fs::create_directories(folder_ / "data" / "modules");
-    fs::copy(test::pageDataPath(""), folder_ / "data" / "modules" / "qznlssb", fs::copy_options::recursive);
-    fs::copy(VELDNLS_SOURCE_DIR "/data/utf_ebcdic", folder_ / "data" / "utf_ebcdic");
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  // Replaces a text that stands once in a data file.
   void edit(const std::string& file, const std::string& old, const std::string& with) const {
-    const fs::path path = folder_ / "data" / file;
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    std::string content = text.str();
-    const size_t at = content.find(old);
-    ASSERT_NE(at, std::string::npos) << file << ": " << old;
-    content.replace(at, old.size(), with);
-    std::ofstream(path) << content;
+    generator_.replace(file, old, with);
   }
 
-  test::Ending run() const {
-    const std::string data = folder_ / "data";
-    const std::string out = folder_ / "out";
-    return test::runInChild([&] {
-      execl(VELDNLS_GEN_PAGES, VELDNLS_GEN_PAGES, "--data", data.c_str(), "--out", out.c_str(), nullptr);
-      std::_Exit(127);
-    });
-  }
+  void expectStop(const std::string& sentence) const { generator_.expectStop({sentence}); }
 
-  void expectStop(const std::string& sentence) const {
-    const test::Ending ending = run();
-    EXPECT_EQ(ending.exitCode, 1);
-    EXPECT_NE(ending.errors.find(sentence), std::string::npos) << ending.errors;
-  }
-
-  fs::path folder_;
+  test::GeneratorCopy generator_{VELDNLS_GEN_PAGES, "", {"pages"}, test::GeneratorCopy::Writes::fileByFile};
 };
 
 constexpr char rowsFile[] = "modules/qznlssb/rows.tsv";
 
 TEST_F(GenPages, TakesTheTextAsItStandsAndWritesTheSameBytesTwice) {
-  EXPECT_EQ(run().exitCode, 0);
-  const auto content = [&](const std::string& file) {
-    std::ostringstream text;
-    text << std::ifstream(folder_ / "out" / "pages" / file).rdbuf();
-    return text.str();
-  };
-  const std::string tables = content("tables.inc");
-  const std::string byCei = content("from_by_cei.inc");
-  EXPECT_FALSE(tables.empty());
-  EXPECT_EQ(run().exitCode, 0);
-  EXPECT_EQ(content("tables.inc"), tables);
-  EXPECT_EQ(content("from_by_cei.inc"), byCei);
+  generator_.expectSameBytesTwice({"pages/tables.inc", "pages/from_by_cei.inc"});
 }
 
 TEST_F(GenPages, StopsAtAMissingRow) {
@@ -95,12 +47,12 @@ TEST_F(GenPages, StopsAtAWrongCountOfUndefinedBytes) {
 }
 
 TEST_F(GenPages, StopsAtARowWithoutAPage) {
-  fs::remove(folder_ / "data/modules/qznlssb/pages/latin6.tsv");
+  std::filesystem::remove(generator_.data("modules/qznlssb/pages/latin6.tsv"));
   expectStop("there is no page latin6");
 }
 
 TEST_F(GenPages, StopsAtAPageThatNoRowUses) {
-  std::ofstream(folder_ / "data/modules/qznlssb/pages/stray.tsv") << "00\t0000\n";
+  generator_.write("modules/qznlssb/pages/stray.tsv", "00\t0000\n");
   expectStop("no row uses this page");
 }
 

@@ -1,85 +1,25 @@
 // A breach in the text of the multi-byte tables stops the generator with a sentence that names file, line and cure.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include "support/generator.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char mb[] = "modules/qznlsmb/";
 constexpr char gb[] = "modules/qznlsgb/gb18030.tsv";
 
-const std::vector<std::string> outputs = {"tables.inc",          "to_sets.inc",         "from_sets.inc",
-                                          "singles.inc",         "identity.inc",        "ascii_passthrough.inc",
-                                          "ascii_to_ebcdic.inc", "ebcdic_to_ascii.inc", "euro_bytes.inc",
-                                          "euro_codes.inc",      "gb18030.inc",         "gb18030_from.inc",
-                                          "gb18030_to.inc"};
-
 class GenSets : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "veldnls_sets.XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    root_ = pattern;
-    fs::create_directories(root_ / "out" / "sets");
-    const fs::path source = VELDNLS_SOURCE_DIR "/data";
-    for (const char* folder : {"modules", "encodings"}) link(source / folder, data(folder));
-  }
-  void TearDown() override {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
-
-  fs::path data(const std::string& name) const { return root_ / "data" / name; }
-
-  std::string written(const std::string& name) const { return test::readFile(root_ / "out" / "sets" / name); }
-
-  // Folders of links to the files of a folder; a test that changes a file puts its own in the link's place.
-  static void link(const fs::path& from, const fs::path& to) {
-    fs::create_directories(to);
-    for (const auto& entry : fs::directory_iterator(from)) {
-      const fs::path target = to / entry.path().filename();
-      if (entry.is_directory()) {
-        link(entry.path(), target);
-      } else {
-        fs::create_symlink(entry.path(), target);
-      }
-    }
-  }
-
   // Replaces the first line that begins with a text, as far as the text goes; it isn't the file's first.
   void edit(const std::string& name, const std::string& old, const std::string& with) const {
-    std::string text = test::readFile(data(name));
-    const size_t at = text.find("\n" + old);
-    ASSERT_NE(at, std::string::npos) << name << " has no line that begins with \"" << old << "\"";
-    fs::remove(data(name));
-    std::ofstream(data(name), std::ios::binary) << text.replace(at + 1, old.size(), with);
-  }
-
-  test::Ending run() const {
-    return test::runProgram({GEN_SETS, "--data", (root_ / "data").string(), "--out", (root_ / "out").string()});
-  }
-
-  // The generator stops with this sentence at this place of data/, a file or "file:line", and writes nothing.
-  void expectStop(const std::string& at, const std::string& sentence) const {
-    const test::Ending ending = run();
-    EXPECT_EQ(ending.exitCode, 1);
-    EXPECT_NE(ending.errors.find("/data/" + at + ":"), std::string::npos) << ending.errors;
-    EXPECT_NE(ending.errors.find(sentence), std::string::npos) << ending.errors;
-    EXPECT_TRUE(written("gb18030.inc").empty());
+    generator_.replace(name, "\n" + old, "\n" + with);
   }
 
   void breach(const std::string& name, const std::string& old, const std::string& with, const std::string& sentence,
               const std::string& at = "") const {
-    edit(name, old, with);
-    expectStop(at.empty() ? name : at, sentence);
+    generator_.expectBreach(name, "\n" + old, "\n" + with, sentence, at);
   }
 
   void breachOfSets(const std::string& name, const std::string& old, const std::string& with,
@@ -87,19 +27,14 @@ class GenSets : public testing::Test {
     breach(mb + name, old, with, sentence, at.empty() ? "" : mb + at);
   }
 
-  fs::path root_;
+  test::GeneratorCopy generator_{GEN_SETS, "", {"sets"}};
 };
 
 TEST_F(GenSets, TheTextAsItStandsGivesTheSameBytesTwice) {
-  const test::Ending first = run();
-  ASSERT_EQ(first.exitCode, 0) << first.errors;
-  std::vector<std::string> texts;
-  for (const std::string& output : outputs) texts.push_back(written(output));
-  ASSERT_EQ(run().exitCode, 0);
-  for (size_t i = 0; i < outputs.size(); ++i) {
-    EXPECT_FALSE(texts[i].empty()) << outputs[i];
-    EXPECT_EQ(written(outputs[i]), texts[i]) << outputs[i];
-  }
+  generator_.expectSameBytesTwice({"sets/tables.inc", "sets/to_sets.inc", "sets/from_sets.inc", "sets/singles.inc",
+                                   "sets/identity.inc", "sets/ascii_passthrough.inc", "sets/ascii_to_ebcdic.inc",
+                                   "sets/ebcdic_to_ascii.inc", "sets/euro_bytes.inc", "sets/euro_codes.inc",
+                                   "sets/gb18030.inc", "sets/gb18030_from.inc", "sets/gb18030_to.inc"});
 }
 
 // Sets.
@@ -149,8 +84,8 @@ TEST_F(GenSets, NoSuchTable) {
 }
 
 TEST_F(GenSets, TableThatNoSetUses) {
-  std::ofstream(data(std::string(mb) + "sets/stray.tsv")) << "8140\t4E00\n";
-  expectStop(std::string(mb) + "sets/stray.tsv", "no set uses this table");
+  generator_.write(std::string(mb) + "sets/stray.tsv", "8140\t4E00\n");
+  generator_.expectStopAt(std::string(mb) + "sets/stray.tsv", "no set uses this table");
 }
 
 // Tables.
@@ -242,8 +177,8 @@ TEST_F(GenSets, NoSuchPage) {
 }
 
 TEST_F(GenSets, PageThatNoSetUses) {
-  std::ofstream(data(std::string(mb) + "singles/stray.tsv")) << "40\t0020\n";
-  expectStop(std::string(mb) + "singles/stray.tsv", "no set uses this page");
+  generator_.write(std::string(mb) + "singles/stray.tsv", "40\t0020\n");
+  generator_.expectStopAt(std::string(mb) + "singles/stray.tsv", "no set uses this page");
 }
 
 TEST_F(GenSets, PageThatIsItsOwnBase) {
@@ -348,9 +283,6 @@ TEST_F(GenSets, FourByteCodeThatIsNone) {
 
 TEST_F(GenSets, SingleByteOfAnotherNumber) { breach(gb, "5C\t005C", "5C\t00A5", "stands for its own number"); }
 
-TEST_F(GenSets, LaterFormOfGb18030) {
-  edit(gb, "A8BC\tE7C7", "A8BC\t1E3F");
-  expectStop(gb, "unit 0xE7C7 must have the code 0xA8BC");
-}
+TEST_F(GenSets, LaterFormOfGb18030) { breach(gb, "A8BC\tE7C7", "A8BC\t1E3F", "unit 0xE7C7 must have the code 0xA8BC"); }
 
 }  // namespace

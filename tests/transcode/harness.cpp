@@ -66,6 +66,12 @@ test::NlsHost& host() {
   return shared;
 }
 
+const EncodingDescriptor& row(CEI cei) {
+  const EncodingDescriptor* found = nullptr;
+  EXPECT_EQ(nls()->getEncodingDescriptor(nls(), cei, &found), 0u);
+  return *found;
+}
+
 void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << std::hex << "status " << outcome.status << std::dec << ", consumed " << outcome.consumed
           << (outcome.substituted ? ", substituted" : "") << (outcome.pending ? ", pending " : "")

@@ -24,6 +24,9 @@ using Span = std::span<const uint8_t>;
 test::NlsHost& host();
 inline QZNLS* nls() { return host().nls; }
 
+// The object's row of an encoding.
+const EncodingDescriptor& row(CEI cei);
+
 inline constexpr TranscodeOptions dropBlanks{{NLS_ALLOW_BLANK_TRUNCATION, 0, 0, 0}};
 
 // A pipeline of the shared object. Null if the pair is refused.

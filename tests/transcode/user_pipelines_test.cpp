@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "faults/failing_memory.h"
-#include "transcode/user_lists.h"
+#include "transcode/built_user_tables.h"
 
 namespace transcode_test {
 
@@ -10,20 +10,12 @@ namespace {
 
 using faults_test::FailingMemory;
 using faults_test::Failure;
-using faults_test::usedBytes;
-
-constexpr CEI ibm = U_IBM939_CE;
-constexpr CEI sjis = U_SHIFTJIS_CE;
-constexpr CEI eucJp = U_EUCJP_CE;
-constexpr CEI unicode = U_L_UNICODE_CE;
 
 // Codes without a meaning of their own in the three encodings, and the characters that users gave them.
 constexpr uint16_t ibmCode = 0x41FD;
 constexpr uint16_t sjisCode = 0x8540;
 constexpr uint16_t eucCode = 0xA9A1;
 constexpr uint16_t character = 0xF8A0;
-
-uint64_t used() { return usedBytes(nls()->pool); }
 
 class UserCharacters : public testing::Test {
  protected:

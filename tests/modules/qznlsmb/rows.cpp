@@ -60,12 +60,6 @@ class Dice {
 
 }  // namespace
 
-const EncodingDescriptor& row(CEI cei) {
-  const EncodingDescriptor* found = nullptr;
-  nls()->getEncodingDescriptor(nls(), cei, &found);
-  return *found;
-}
-
 const std::vector<CEI>& multiByteRows() {
   static const std::vector<CEI> rows = [] {
     std::vector<CEI> found;

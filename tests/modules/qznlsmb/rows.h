@@ -9,8 +9,6 @@
 
 namespace transcode_test {
 
-const EncodingDescriptor& row(CEI cei);
-
 // All rows of the two multi-byte classes that have a double-byte set: the named ones, and the aliases' own.
 const std::vector<CEI>& multiByteRows();
 
