@@ -55,6 +55,8 @@ std::string hostLocaleText(QZNLS& nls) {
 
 }  // namespace
 
+std::string versionLine() { return "veld " VELD_VERSION; }
+
 void printInfo(const Library& library) {
   QZNLS& nls = library.nls();
   printLine("program", VELD_VERSION);

@@ -151,8 +151,18 @@ void addEncodings(CLI::App& app, EncodingsArguments& arguments) {
   command->fallthrough();
 }
 
+// Asks the library for its first double-byte type, which has an encoding in every language that it reads names by.
+void applyLanguage(QZNLS& nls, const std::string& language) {
+  constexpr int32_t sessionLanguage = 0;
+  constexpr int32_t firstType = 1;
+  veld::setSessionLanguage(veld::toUtf16(nls, language));
+  if (nls.resolveDbcsEncoding(&nls, sessionLanguage, firstType) != 0) return;
+  throw veld::Failure("unknown session language \"" + language +
+                      "\"; \"veld --help\" lists those of --session-language");
+}
+
 void applySession(QZNLS& nls, const SessionArguments& arguments) {
-  if (!arguments.language.empty()) veld::setSessionLanguage(veld::toUtf16(nls, arguments.language));
+  if (!arguments.language.empty()) applyLanguage(nls, arguments.language);
   if (!arguments.encoding.empty()) veld::setSessionEncoding(veld::findEncoding(nls, arguments.encoding));
 }
 
@@ -169,6 +179,7 @@ struct CommandLine {
 
 void describe(CLI::App& app, CommandLine& line) {
   app.require_subcommand(1);
+  app.set_version_flag("--version", veld::versionLine(), "Print the program's version and exit");
   app.add_option("--module", line.modulePath, "The library's module; else beside this program, then the install folder")
       ->type_name("FILE");
   app.add_option("--session-encoding", line.session.encoding, "What the encoding \"session\" is; else the host's")
@@ -213,18 +224,23 @@ void fillClosedFiles() {
   }
 }
 
+// What is wrong with the command line, and where to read on.
+std::string usageFault(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining();
+  std::string fault = error.what();
+  if (commands.empty() && (!unknown.empty() || error.get_name() == "RequiredError")) {
+    fault = unknown.empty() ? "a command is missing" : '"' + unknown.front() + "\" is no command or option";
+    fault += "; the commands are convert, validate, diff, encodings, locales, format, parse and info";
+  }
+  const std::string command = commands.empty() ? "" : commands.front()->get_name() + ' ';
+  return fault + " (\"veld " + command + "--help\" tells more)";
+}
+
 // Ends a run that the command line ends.
 int leave(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() != 0) {
-    const std::vector<std::string> unknown = app.remaining();
-    if (app.get_subcommands().empty() && !unknown.empty()) {
-      std::cerr << "veld: \"" << unknown.front()
-                << "\" is no command or option; the commands are convert, validate, diff, encodings, locales, format, "
-                   "parse and info (\"veld "
-                   "--help\" tells more)\n";
-    } else {
-      app.exit(error);
-    }
+    std::cerr << "veld: " << veld::onOneLine(usageFault(app, error)) << '\n';
     return veld::exitNotDone;
   }
   app.exit(error);

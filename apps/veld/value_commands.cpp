@@ -10,18 +10,15 @@ namespace {
 
 std::string localeName(QZNLS& nls, const std::string& name) { return name.empty() ? hostLocale(nls) : name; }
 
-}  // namespace
-
-int formatValues(QZNLS& nls, const FormatArguments& arguments) {
-  Locale locale(nls, localeName(nls, arguments.locale));
-  ValueWriter writer(nls, locale, arguments.kind, arguments.options);
-  PlainValues plain(nls, arguments.kind);
+// Reports every text: `read` takes it for a value, and `write` makes a text of that; it may add to the outcome.
+template <class ReadText, class WriteValue>
+int reportTexts(QZNLS& nls, const ValueArguments& arguments, ReadText read, WriteValue write) {
   ValueReport report(nls, arguments.report);
   forEachText(nls, arguments.texts, [&](const Text& text) {
-    const Read read = plain.read(text.units);
-    ValueReport::Outcome outcome{.fault = read.fault, .warning = read.warning};
-    if (!read.fault) {
-      const Written written = writer.write(read.value);
+    const Read taken = read(text.units);
+    ValueReport::Outcome outcome{.fault = taken.fault, .warning = taken.warning};
+    if (!taken.fault) {
+      const Written written = write(taken.value, outcome);
       outcome.result = written.text;
       outcome.fault = written.fault;
     }
@@ -30,23 +27,28 @@ int formatValues(QZNLS& nls, const FormatArguments& arguments) {
   return report.result();
 }
 
+}  // namespace
+
+int formatValues(QZNLS& nls, const FormatArguments& arguments) {
+  Locale locale(nls, localeName(nls, arguments.locale));
+  ValueWriter writer(nls, locale, arguments.kind, arguments.options);
+  PlainValues plain(nls, arguments.kind);
+  return reportTexts(
+      nls, arguments, [&](std::u16string_view text) { return plain.read(text); },
+      [&](const Value& value, ValueReport::Outcome&) { return writer.write(value); });
+}
+
 int parseTexts(QZNLS& nls, const ParseArguments& arguments) {
   Locale locale(nls, localeName(nls, arguments.locale));
   ValueReader reader(nls, locale, arguments.kind, arguments.date);
   PlainValues plain(nls, arguments.kind);
-  ValueReport report(nls, arguments.report);
-  forEachText(nls, arguments.texts, [&](const Text& text) {
-    const Read read = reader.read(text.units);
-    ValueReport::Outcome outcome{.fault = read.fault, .warning = read.warning};
-    if (!read.fault) {
-      const Written written = arguments.count ? plain.writeCount(read.value) : plain.write(read.value);
-      outcome.result = written.text;
-      outcome.fault = written.fault;
-      if (isDateKind(arguments.kind) && !written.fault) outcome.count = toUtf8(nls, *plain.writeCount(read.value).text);
-    }
-    report.add(text, outcome);
-  });
-  return report.result();
+  const auto write = [&](const Value& value, ValueReport::Outcome& outcome) {
+    const Written written = arguments.count ? plain.writeCount(value) : plain.write(value);
+    if (isDateKind(arguments.kind) && !written.fault) outcome.count = toUtf8(nls, *plain.writeCount(value).text);
+    return written;
+  };
+  return reportTexts(
+      nls, arguments, [&](std::u16string_view text) { return reader.read(text); }, write);
 }
 
 }  // namespace veld

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iostream>
+#include <span>
 #include <string_view>
 
+#include "display_width.h"
 #include "failure.h"
 #include "lines.h"
 #include "status_names.h"
@@ -35,16 +37,30 @@ bool isControl(const std::u16string& character) {
   return character[0] < 0x20 || (character[0] >= 0x7F && character[0] < 0xA0);
 }
 
-// The text, and a mark under one of its characters, or behind them. Controls show as U+FFFD, one place wide.
+// Where a character behind others shows, in columns from 0. One that shows on the character in front has that one's
+// last column.
+size_t columnBehind(std::span<const std::u16string> others, std::u16string_view character) {
+  size_t column = 0;
+  for (const std::u16string& other : others) column += displayWidth(other);
+  return column != 0 && displayWidth(character) == 0 ? column - 1 : column;
+}
+
+// The text, and a mark under one of its characters, or behind them. Controls show as U+FFFD.
 void printMarked(QZNLS& nls, std::u16string_view text, std::optional<size_t> place) {
-  const std::vector<std::u16string> characters = charactersOf(text);
+  std::vector<std::u16string> characters = charactersOf(text);
+  for (std::u16string& character : characters) {
+    if (isControl(character)) character = u"\uFFFD";
+  }
   const size_t mark = place ? characterAt(text, *place) : 0;
   const size_t first = mark > shownInFront ? mark - shownInFront : 0;
   const size_t end = std::min(characters.size(), first + shownCharacters);
   std::u16string shown;
-  for (size_t i = first; i < end; ++i) shown += isControl(characters[i]) ? u"\uFFFD" : characters[i];
+  for (size_t i = first; i < end; ++i) shown += characters[i];
   std::cerr << "  " << toUtf8(nls, shown) << '\n';
-  if (place) std::cerr << "  " << std::string(mark - first, ' ') << "^\n";
+  if (!place) return;
+  const std::span<const std::u16string> inFront = std::span(characters).subspan(first, mark - first);
+  const std::u16string_view marked = mark < characters.size() ? characters[mark] : std::u16string_view(u"^");
+  std::cerr << "  " << std::string(columnBehind(inFront, marked), ' ') << "^\n";
 }
 
 std::string front(const Text& text) {

@@ -9,10 +9,14 @@ namespace {
 // More than two blocks of the program, and of a size that no character's length divides.
 constexpr size_t many = 50021;
 
-void expectWhole(const Outcome& outcome, std::string_view expectedHex) {
-  EXPECT_EQ(hex(outcome.output), expectedHex);
-  EXPECT_EQ(outcome.errors, "");
-  EXPECT_EQ(outcome.exitCode, 0);
+// Pieces of a text give what the whole gives.
+void expectSameInPieces(const std::string& from, const std::string& to, std::string_view text) {
+  SCOPED_TRACE(from + " to " + to);
+  const Outcome whole = convert(from, to, text);
+  const Outcome pieces = convertInPieces(from, to, text);
+  EXPECT_EQ(hex(pieces.output), hex(whole.output));
+  EXPECT_EQ(pieces.errors, whole.errors);
+  EXPECT_EQ(pieces.exitCode, whole.exitCode);
 }
 
 TEST(VeldConvert, CodePagesComeOver) {
@@ -110,26 +114,14 @@ TEST(VeldConvert, SurrogatePairsOfUtf16beAreNotCut) {
 TEST(VeldConvert, PiecesMakeTheSameText) {
   const std::string text = bytes("61 E2 82 AC F0 9F 98 80 C3 A9 7A");
   for (const char* target : {"utf-16le", "utf-32be", "utf-8", "utf-e", "wlatin1"}) {
-    SCOPED_TRACE(target);
-    const Outcome whole = convert("utf-8", target, text);
-    const Outcome pieces =
-        runVeld({.arguments = {"convert", "-f", "utf-8", "-t", target}, .input = text, .pieceSize = 1});
-    EXPECT_EQ(hex(pieces.output), hex(whole.output));
-    EXPECT_EQ(pieces.errors, whole.errors);
-    EXPECT_EQ(pieces.exitCode, whole.exitCode);
+    expectSameInPieces("utf-8", target, text);
   }
 }
 
 TEST(VeldConvert, PiecesOfUtf16MakeTheSameText) {
   const std::string text = bytes("FE FF 00 61 D8 3D DE 00 20 AC");
   for (const char* target : {"utf-8", "utf-16le", "utf-32le", "wlatin1"}) {
-    SCOPED_TRACE(target);
-    const Outcome whole = convert("utf-16", target, text);
-    const Outcome pieces =
-        runVeld({.arguments = {"convert", "-f", "utf-16", "-t", target}, .input = text, .pieceSize = 1});
-    EXPECT_EQ(hex(pieces.output), hex(whole.output));
-    EXPECT_EQ(pieces.errors, whole.errors);
-    EXPECT_EQ(pieces.exitCode, whole.exitCode);
+    expectSameInPieces("utf-16", target, text);
   }
 }
 

@@ -9,7 +9,6 @@ namespace test {
 namespace {
 
 using Json = nlohmann::json;
-using Words = std::vector<std::string>;
 
 std::string formatted(const std::string& locale, const std::string& kind, const std::string& value, Words more = {}) {
   const Outcome outcome = formatIn(locale, kind, {value}, more);
@@ -139,10 +138,7 @@ TEST(VeldFormat, FormatsOfTheUsersOwn) {
 
 TEST(VeldFormat, FormatsThatCantBeUsed) {
   const auto refused = [](const std::string& kind, const std::string& format) {
-    const Outcome outcome = formatIn("en_US", kind, {"0"}, {"--format", format});
-    EXPECT_EQ(outcome.exitCode, 2) << format;
-    EXPECT_EQ(outcome.output, "");
-    return outcome.errors;
+    return refusedFormat("format", kind, format);
   };
   EXPECT_TRUE(contains(refused("date", "ä%H"), "\"%H\" at character 2 of the format can't be written in a date"));
   EXPECT_TRUE(contains(refused("datetime", "%Q"), "\"%Q\" at character 1"));
@@ -244,32 +240,25 @@ TEST(VeldFormat, TheHostsLocaleIsTheDefault) {
 }
 
 TEST(VeldFormat, WrongUsageExitsWithTwo) {
-  for (const Words& words : std::vector<Words>{{},
-                                               {"moon"},
-                                               {"-l", "xx_XX", "number", "1"},
-                                               {"number", "1", "--width", "5000"},
-                                               {"number", "1", "--width", "x"},
-                                               {"number", "1", "--precision", "-1"},
-                                               {"number", "1", "--as", "roman"},
-                                               {"number", "1", "--group", "--no-group"},
-                                               {"number", "1", "--form", "short"},
-                                               {"number", "1", "--format", "%Y"},
-                                               {"date", "0", "--width", "9"},
-                                               {"date", "0", "--form", "12"},
-                                               {"time", "0", "--form", "long"},
-                                               {"datetime", "0", "--form", "24"},
-                                               {"money", "1", "--plus"},
-                                               {"percent", "1", "--no-fraction"},
-                                               {"hex", "1", "--group"},
-                                               {"number", "1", "--report", "yaml"},
-                                               {"number", "1", "--count"}}) {
-    std::vector<std::string> arguments{"format"};
-    arguments.insert(arguments.end(), words.begin(), words.end());
-    const Outcome outcome = runVeld({.arguments = arguments});
-    EXPECT_EQ(outcome.exitCode, 2) << (words.empty() ? "nothing" : words.back());
-    EXPECT_EQ(outcome.output, "");
-    EXPECT_NE(outcome.errors, "");
-  }
+  expectWrongUsage("format", {{},
+                              {"moon"},
+                              {"-l", "xx_XX", "number", "1"},
+                              {"number", "1", "--width", "5000"},
+                              {"number", "1", "--width", "x"},
+                              {"number", "1", "--precision", "-1"},
+                              {"number", "1", "--as", "roman"},
+                              {"number", "1", "--group", "--no-group"},
+                              {"number", "1", "--form", "short"},
+                              {"number", "1", "--format", "%Y"},
+                              {"date", "0", "--width", "9"},
+                              {"date", "0", "--form", "12"},
+                              {"time", "0", "--form", "long"},
+                              {"datetime", "0", "--form", "24"},
+                              {"money", "1", "--plus"},
+                              {"percent", "1", "--no-fraction"},
+                              {"hex", "1", "--group"},
+                              {"number", "1", "--report", "yaml"},
+                              {"number", "1", "--count"}});
   EXPECT_TRUE(contains(runVeld({.arguments = {"format", "date", "0", "--width", "9"}}).errors,
                        "--width isn't for this kind of value, but for: hex integer money number octal percent"));
 }

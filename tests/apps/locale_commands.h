@@ -8,15 +8,19 @@
 
 namespace test {
 
+using Words = std::vector<std::string>;
+
 // "veld COMMAND -l LOCALE KIND MORE...", with the texts behind "--", or as lines of standard input.
-Outcome formatIn(const std::string& locale, const std::string& kind, const std::vector<std::string>& values,
-                 std::vector<std::string> more = {});
-Outcome parseIn(const std::string& locale, const std::string& kind, const std::vector<std::string>& texts,
-                std::vector<std::string> more = {});
-Outcome formatLines(const std::string& locale, const std::string& kind, const std::string& lines,
-                    std::vector<std::string> more = {});
-Outcome parseLines(const std::string& locale, const std::string& kind, const std::string& lines,
-                   std::vector<std::string> more = {});
+Outcome formatIn(const std::string& locale, const std::string& kind, const Words& values, Words more = {});
+Outcome parseIn(const std::string& locale, const std::string& kind, const Words& texts, Words more = {});
+Outcome formatLines(const std::string& locale, const std::string& kind, const std::string& lines, Words more = {});
+Outcome parseLines(const std::string& locale, const std::string& kind, const std::string& lines, Words more = {});
+
+// What is told of a format that "veld COMMAND" can't use for values of a kind.
+std::string refusedFormat(const std::string& command, const std::string& kind, const std::string& format);
+
+// Each call of the command, with these words behind it, exits with 2 and says why.
+void expectWrongUsage(const std::string& command, const std::vector<Words>& calls);
 
 // The names in the table of locales.
 std::vector<std::string> localeNames();

@@ -7,11 +7,7 @@ namespace test {
 namespace {
 
 void expectLoss(const Outcome& outcome, std::string_view expectedHex, size_t offset) {
-  EXPECT_EQ(hex(outcome.output), expectedHex);
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(lineCount(outcome.errors), 1u);
-  EXPECT_TRUE(contains(outcome.errors, "standard input: offset " + std::to_string(offset) + ", line "))
-      << outcome.errors;
+  test::expectLoss(outcome, expectedHex, "offset " + std::to_string(offset));
 }
 
 TEST(VeldLoss, CharactersWithoutAPlaceAreToldWithTheirOffset) {

@@ -9,21 +9,6 @@ namespace {
 // More than two blocks of the program.
 constexpr size_t many = 50021;
 
-void expectWhole(const Outcome& outcome, std::string_view expectedHex) {
-  EXPECT_EQ(hex(outcome.output), expectedHex);
-  EXPECT_EQ(outcome.errors, "");
-  EXPECT_EQ(outcome.exitCode, 0);
-}
-
-// A loss at the place, told with these words.
-void expectLoss(const Outcome& outcome, std::string_view expectedHex, std::string_view place, std::string_view words) {
-  EXPECT_EQ(hex(outcome.output), expectedHex);
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(lineCount(outcome.errors), 1u) << outcome.errors;
-  EXPECT_TRUE(contains(outcome.errors, "standard input: " + std::string(place) + ": ")) << outcome.errors;
-  EXPECT_TRUE(contains(outcome.errors, words)) << outcome.errors;
-}
-
 TEST(VeldMultiByte, UnicodeAndBack) {
   const std::string aHiraganaB = bytes("61 E3 81 82 62");
   expectWhole(convert("utf-8", "shift-jis", aHiraganaB), "61 82 A0 62");
@@ -89,13 +74,8 @@ TEST(VeldMultiByte, PiecesMakeTheSameText) {
     SCOPED_TRACE(encoding);
     const Outcome there = convert("utf-8", encoding, text);
     EXPECT_EQ(there.exitCode, 0) << there.errors;
-    const Outcome thereInPieces =
-        runVeld({.arguments = {"convert", "-f", "utf-8", "-t", encoding}, .input = text, .pieceSize = 1});
-    EXPECT_EQ(hex(thereInPieces.output), hex(there.output));
-    const Outcome backInPieces =
-        runVeld({.arguments = {"convert", "-f", encoding, "-t", "utf-8"}, .input = there.output, .pieceSize = 1});
-    EXPECT_EQ(hex(backInPieces.output), hex(text));
-    EXPECT_EQ(backInPieces.errors, "");
+    EXPECT_EQ(hex(convertInPieces("utf-8", encoding, text).output), hex(there.output));
+    expectWhole(convertInPieces(encoding, "utf-8", there.output), hex(text));
   }
 }
 

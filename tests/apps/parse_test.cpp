@@ -9,7 +9,6 @@ namespace test {
 namespace {
 
 using Json = nlohmann::json;
-using Words = std::vector<std::string>;
 
 std::string parsed(const std::string& locale, const std::string& kind, const std::string& text, Words more = {}) {
   const Outcome outcome = parseIn(locale, kind, {text}, more);
@@ -106,7 +105,7 @@ TEST(VeldParse, ThePlaceOfAFaultIsTold) {
   EXPECT_EQ(complaint("ja_JP", "date", "2011年03x02日水曜日", {"--form", "full"}),
             "veld: nlsDateResultMissing (0x803FE80B): character 8: \"月\" should stand here\n"
             "  2011年03x02日水曜日\n"
-            "         ^\n");
+            "          ^\n");
   EXPECT_EQ(complaint("en_US", "date", "2/3/2011"),
             "veld: nlsDateResultMissing (0x803FE80B): character 2: a month of two digits should stand here\n"
             "  2/3/2011\n"
@@ -129,6 +128,31 @@ TEST(VeldParse, CharactersBeyondTheBasicPlaneAreOne) {
                        "character 11: a day of two digits"));
   EXPECT_TRUE(contains(complaint("en_US", "date", "2011", {"--format", "\U0001F600%Y-%m-%d"}),
                        "character 1: \"\U0001F600\" should stand here"));
+}
+
+// The mark's line of a complaint, up to the mark.
+std::string markOf(const std::string& complaint) {
+  const size_t end = complaint.size() - 1;
+  return complaint.substr(complaint.rfind('\n', end - 1) + 1, end - complaint.rfind('\n', end - 1));
+}
+
+TEST(VeldParse, TheMarkStandsInTheColumnOfItsCharacter) {
+  const auto mark = [](const std::string& text, const std::string& format) {
+    return markOf(complaint("en_US", "date", text, {"--format", format}));
+  };
+  // Ideographs and characters of full width take two columns, also beyond the basic plane.
+  EXPECT_EQ(mark("年年x", "年年%Y%m%d"), "      ^\n");
+  EXPECT_EQ(mark("Ａ가ア|x", "Ａ가ア|%Y%m%d"), "         ^\n");
+  EXPECT_EQ(mark("\U00020000x", "\U00020000%Y%m%d"), "    ^\n");
+  EXPECT_EQ(mark("\u5E74\u6708", "\u5E74\u65E5%Y%m%d"), "    ^\n");
+  // Half-width katakana takes one, a combining mark none; it is marked under the character that it stands on.
+  EXPECT_EQ(mark("ｱx", "ｱ%Y%m%d"), "   ^\n");
+  EXPECT_EQ(mark("e\u0301x", "e\u0301%Y%m%d"), "   ^\n");
+  EXPECT_EQ(mark("e\u0301", "e%Y%m%d"), "  ^\n");
+  EXPECT_EQ(mark("\u0301x", "%Y%m%d"), "  ^\n");
+  // Behind the end of the text.
+  EXPECT_EQ(mark("年", "年%Y%m%d"), "    ^\n");
+  EXPECT_EQ(mark("e\u0301", "e\u0301%Y%m%d"), "   ^\n");
 }
 
 TEST(VeldParse, LongTextsShowAroundTheFault) {
@@ -178,9 +202,7 @@ TEST(VeldParse, ReportsInJson) {
 
 TEST(VeldParse, FormatsThatCantBeUsed) {
   const auto refused = [](const std::string& kind, const std::string& format) {
-    const Outcome outcome = parseIn("en_US", kind, {"0"}, {"--format", format});
-    EXPECT_EQ(outcome.exitCode, 2) << format;
-    return outcome.errors;
+    return refusedFormat("parse", kind, format);
   };
   EXPECT_TRUE(contains(refused("date", "%Y-%m-%Q"), "\"%Q\" at character 7 of the format can't be read"));
   EXPECT_TRUE(contains(refused("date", "%?b"), "\"%?b\" at character 1"));
@@ -191,18 +213,14 @@ TEST(VeldParse, FormatsThatCantBeUsed) {
 }
 
 TEST(VeldParse, WrongUsageExitsWithTwo) {
-  for (const Words& words : std::vector<Words>{{},
-                                               {"octal", "7"},
-                                               {"number", "1", "--count"},
-                                               {"number", "1", "--form", "short"},
-                                               {"hex", "1", "--format", "%Y"},
-                                               {"date", "1", "--form", "24"},
-                                               {"number", "1", "--width", "3"},
-                                               {"-l", "xx_DE", "number", "1"}}) {
-    std::vector<std::string> arguments{"parse"};
-    arguments.insert(arguments.end(), words.begin(), words.end());
-    EXPECT_EQ(runVeld({.arguments = arguments}).exitCode, 2) << (words.empty() ? "nothing" : words.back());
-  }
+  expectWrongUsage("parse", {{},
+                             {"octal", "7"},
+                             {"number", "1", "--count"},
+                             {"number", "1", "--form", "short"},
+                             {"hex", "1", "--format", "%Y"},
+                             {"date", "1", "--form", "24"},
+                             {"number", "1", "--width", "3"},
+                             {"-l", "xx_DE", "number", "1"}});
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "apps/program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -94,6 +95,25 @@ Outcome convert(const std::string& from, const std::string& to, std::string_view
   std::vector<std::string> arguments{"convert", "-f", from, "-t", to};
   arguments.insert(arguments.end(), more.begin(), more.end());
   return runVeld({.arguments = std::move(arguments), .input = std::string(input)});
+}
+
+Outcome convertInPieces(const std::string& from, const std::string& to, std::string_view input) {
+  return runVeld({.arguments = {"convert", "-f", from, "-t", to}, .input = std::string(input), .pieceSize = 1});
+}
+
+void expectWhole(const Outcome& outcome, std::string_view expectedHex) {
+  EXPECT_EQ(hex(outcome.output), expectedHex);
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.exitCode, 0);
+}
+
+void expectLoss(const Outcome& outcome, std::string_view expectedHex, std::string_view place, std::string_view words) {
+  EXPECT_EQ(hex(outcome.output), expectedHex);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(lineCount(outcome.errors), 1u) << outcome.errors;
+  const std::string at = "standard input: " + std::string(place);
+  EXPECT_TRUE(contains(outcome.errors, at + ": ") || contains(outcome.errors, at + ", ")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, words)) << outcome.errors;
 }
 
 std::string bytes(std::string_view digits) {

@@ -33,6 +33,15 @@ Outcome runVeld(const Call& call);
 // `veld convert -f from -t to` of an input.
 Outcome convert(const std::string& from, const std::string& to, std::string_view input,
                 std::vector<std::string> more = {});
+// The same with a pause behind each byte of the input.
+Outcome convertInPieces(const std::string& from, const std::string& to, std::string_view input);
+
+// A conversion that gave these bytes and had nothing to tell.
+void expectWhole(const Outcome& outcome, std::string_view expectedHex);
+// One that gave these bytes and told of one loss in standard input, with these words. The place is "offset 3, line 1,
+// column 4", or begins so.
+void expectLoss(const Outcome& outcome, std::string_view expectedHex, std::string_view place,
+                std::string_view words = "");
 
 // Bytes from hexadecimal digits, and back, as text.
 std::string bytes(std::string_view hex);

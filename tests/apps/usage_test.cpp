@@ -26,6 +26,40 @@ TEST(VeldUsage, AnUnknownCommandIsNamed) {
   EXPECT_TRUE(contains(outcome.errors, "\"frob\" is no command")) << outcome.errors;
 }
 
+TEST(VeldUsage, FaultsAreToldOnALineOfTheProgram) {
+  const auto told = [](std::vector<std::string> arguments) {
+    const Outcome outcome = veld(std::move(arguments));
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(lineCount(outcome.errors), 1u) << outcome.errors;
+    EXPECT_EQ(outcome.errors.substr(0, 6), "veld: ");
+    return outcome.errors;
+  };
+  EXPECT_TRUE(contains(told({}), "a command is missing; the commands are convert, "));
+  EXPECT_TRUE(contains(told({"--session-encoding", "utf-8"}), "info (\"veld --help\" tells more)"));
+  EXPECT_TRUE(contains(told({"--session-encoding"}), "--session-encoding: "));
+  EXPECT_TRUE(contains(told({"frob\n\x1B[31m"}), "\"frob\\n\\x1B[31m\""));
+  EXPECT_TRUE(contains(told({"encodings", "--yaml"}), "--yaml"));
+  EXPECT_TRUE(contains(told({"encodings", "--ya\nml"}), "--ya\\nml (\"veld encodings --help\" tells more)"));
+  EXPECT_TRUE(contains(told({"convert", "-f", "utf-8"}), "(\"veld convert --help\" tells more)"));
+  EXPECT_TRUE(contains(told({"validate", "--report", "yaml"}), "--report: "));
+  EXPECT_TRUE(contains(told({"format", "--progress", "number", "1"}), "--progress"));
+}
+
+TEST(VeldUsage, TheVersionIsThatOfTheProgram) {
+  const Outcome alone = veld({"--version"});
+  EXPECT_EQ(alone.exitCode, 0);
+  EXPECT_EQ(alone.errors, "");
+  EXPECT_EQ(lineCount(alone.output), 1u);
+  EXPECT_EQ(alone.output.substr(0, 5), "veld ");
+  EXPECT_TRUE(contains(veld({"info"}).output, "program         " + alone.output.substr(5)));
+  EXPECT_EQ(veld({"convert", "--version"}).output, alone.output);
+  EXPECT_EQ(veld({"--version", "--module", "none.so"}).output, alone.output);
+  const Outcome full = runVeld({.arguments = {"--version"}, .outputFile = "/dev/full"});
+  EXPECT_EQ(full.exitCode, 2);
+  EXPECT_TRUE(contains(full.errors, "standard output can't be written")) << full.errors;
+}
+
 TEST(VeldUsage, WordsOfOptionsAreNoNumbers) {
   EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--on-loss", "1"}).exitCode, 2);
   EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--report", "1"}).exitCode, 2);
@@ -65,6 +99,28 @@ TEST(VeldUsage, DoubleByteTypesNeedALanguage) {
   EXPECT_TRUE(contains(without.errors, "--session-language")) << without.errors;
   const Outcome with = convert("EUC", "utf-8", "", {"--session-language", "JAPANESE"});
   EXPECT_FALSE(contains(with.errors, "--session-language")) << with.errors;
+}
+
+TEST(VeldUsage, AnUnknownSessionLanguageIsTold) {
+  const std::string unknown[] = {"KLINGON", "JAPANES", "JAPANESE ", "KATAKANA", times(300, "x"), "ja\nJP"};
+  for (const std::string& language : unknown) {
+    const Outcome outcome = convert("utf-8", "utf-8", "a", {"--session-language", language});
+    EXPECT_EQ(outcome.exitCode, 2) << language;
+    EXPECT_EQ(outcome.output, "") << language;
+    EXPECT_EQ(lineCount(outcome.errors), 1u) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "unknown session language \"")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "\"veld --help\" lists")) << outcome.errors;
+  }
+  EXPECT_TRUE(contains(convert("utf-8", "utf-8", "", {"--session-language", "ja\nJP"}).errors, "\"ja\\nJP\""));
+  EXPECT_EQ(runVeld({.arguments = {"info"}, .environment = {"LC_ALL=C", "VELD_SESSION_LANGUAGE=KLINGON"}}).exitCode, 2);
+  EXPECT_EQ(runVeld({.arguments = {"info"}, .environment = {"LC_ALL=C", "VELD_SESSION_LANGUAGE="}}).exitCode, 0);
+  const std::string help = veld({"--help"}).output;
+  for (const char* language : {"JAPANESE", "KOREAN", "CHINESE", "TAIWANESE"}) {
+    EXPECT_TRUE(contains(help, language)) << language;
+    EXPECT_EQ(veld({"info", "--session-language", language}).exitCode, 0) << language;
+  }
+  EXPECT_EQ(veld({"info", "--session-language", "korean"}).exitCode, 0);
+  EXPECT_EQ(veld({"info", "--session-language", "Kanji"}).exitCode, 0);
 }
 
 TEST(VeldUsage, NamesOfAnyLengthAreAnswered) {
