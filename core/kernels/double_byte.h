@@ -9,6 +9,13 @@
 
 namespace veldnls {
 
+// Characters that tables of two-byte codes don't decide: the blank of a row, half-width katakana, and the euro sign.
+inline constexpr uint16_t ideographicSpace = 0x3000;
+inline constexpr uint16_t firstHalfWidthKatakana = 0xFF61;
+inline constexpr uint16_t lastHalfWidthKatakana = 0xFF9F;
+inline constexpr uint16_t halfWidthKatakanaCount = 63;
+inline constexpr uint16_t euroSign = 0x20AC;
+
 // The codes of a first byte that have a second byte of 20 to 9F, or of A0 to FF. Sets that leave out the middle of a
 // row, or one half of it, so take no room for that.
 struct CodeRow {

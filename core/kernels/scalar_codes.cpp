@@ -11,10 +11,6 @@ namespace {
 
 constexpr uint32_t firstNonAscii = 0x80;
 constexpr uint32_t firstOfTable = 0x9F;
-constexpr uint32_t firstHalfWidthKatakana = 0xFF61;
-constexpr uint32_t halfWidthKatakanaCount = 63;
-constexpr uint32_t ideographicSpace = 0x3000;
-constexpr uint32_t euroSign = 0x20AC;
 constexpr uint32_t firstTwoByteCell = 0x8000;
 
 bool isSingle(uint32_t code) { return (code & 0xFF) == 0; }

@@ -13,7 +13,8 @@ const Kernels* available(KernelTier tier) { return tier == KernelTier::scalar ? 
 #else
 
 bool hasAvx2() {
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
+  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+         __builtin_cpu_supports("popcnt");
 }
 
 bool hasAvx512() {

@@ -61,7 +61,7 @@ struct MultiByteModule {
   NlsMultiByteSetup setupMultibyteToUtf8;
   NlsMultiByteSetup setupUtfeToMultibyte;
   NlsMultiByteSetup setupMultibyteToUtfe;
-  QZNLS* nls; /* stored by the pipeline before each setup */
+  QZNLS* nls; /* stored by the library when it loads the module */
   Gb18030Module* gbModule;
 };
 

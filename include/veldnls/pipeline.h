@@ -50,7 +50,7 @@ typedef struct TranscodeProgress {
  * input that ends inside a character counts as such); nlsNoMemory nothing converted.
  * nlsSubstituted hides a short output in four cases, and only `consumed` tells: U+FFFD took the last unit of room from
  * a character of two UTF-16 units; in one step, a character of a multi-byte source was replaced before the output was
- * full; in one step without a progress record, one on its way to a multi-byte target;
+ * full; in one step without a progress record, a Unicode character on its way to a multi-byte target;
  * and on the way to ISO 2022 text, in all runs, one that has no form of seven bits.
  * The end of a UTF-16 or UTF-32 input that is no whole unit is no replacement in three cases: from UTF-16 to a
  * single-byte encoding it is dropped without a status; a check or a change of byte order leaves it unread with

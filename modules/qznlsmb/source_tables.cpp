@@ -1,12 +1,11 @@
 #include "modules/qznlsmb/source_tables.h"
 
+#include "modules/qznlsgb/tables.h"
 #include "modules/qznlsmb/overlay.h"
 
 namespace veldnls {
 
 namespace {
-
-constexpr uint32_t gbNoMeaning = 0x20;
 
 bool isBlank(const PipelineSide& side, uint32_t first, uint32_t second) {
   const uint8_t* blank = side.sourceProfile->doubleBlank;
@@ -29,7 +28,7 @@ Meaning meaningOfGb18030(const PipelineSide& side, Gb18030Module& module, const 
   uint32_t code = at[0] * 256u + at[1];
   if (length == 4) code = code << 16 | at[2] * 256u | at[3];
   const uint32_t value = module.toUnicode(&module, code) & 0xFFFF;
-  return {value, value == gbNoMeaning && !isBlank(side, at[0], at[1])};
+  return {value, value == gbNotFound && !isBlank(side, at[0], at[1])};
 }
 
 }  // namespace veldnls

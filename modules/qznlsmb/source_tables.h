@@ -10,9 +10,6 @@
 
 namespace veldnls {
 
-inline constexpr uint32_t ideographicSpace = 0x3000;
-inline constexpr uint32_t euroSign = 0x20AC;
-
 struct Meaning {
   uint32_t value;
   bool substituted;

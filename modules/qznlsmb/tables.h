@@ -14,9 +14,6 @@ namespace veldnls {
 
 inline constexpr int doubleByteSetCount = 21;
 inline constexpr int singleByteSetCount = 7;
-inline constexpr int halfWidthKatakanaCount = 63;
-inline constexpr char16_t firstHalfWidthKatakana = 0xFF61;
-inline constexpr char16_t lastHalfWidthKatakana = 0xFF9F;
 
 // One double-byte set, code to UTF-16 unit. A key of `table` is first byte times 256 plus second byte, a value the
 // unit; `codes` answers the same without a search. `table` is the first member, so that a pointer to it leads to the

@@ -4,6 +4,7 @@
 #include "core/kernels/pace.h"
 #include "core/registry.h"
 #include "modules/qznlsgb/qznlsgb.h"
+#include "modules/qznlsgb/tables.h"
 #include "modules/qznlsmb/iso2022_target.h"
 #include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlsmb/short_target.h"
@@ -34,7 +35,7 @@ struct ToGb18030 {
     const size_t length = code > 0xFFFF ? 4 : code > 0xFF ? 2 : 1;
     if (run.room() < length) return false;
     // What has no code comes as a blank.
-    if (code >> 8 * (length - 1) == 0x20) substituted = true;
+    if (code >> 8 * (length - 1) == gbNotFound) substituted = true;
     for (size_t i = length; i > 0; --i) *run.out++ = static_cast<uint8_t>(code >> 8 * (i - 1));
     return true;
   }
@@ -76,11 +77,11 @@ struct Gb18030Loop {
 
 using LittleUtf16 = Utf16Input<std::endian::little>;
 
-// In so few bytes kernels don't pay, by form; 0: it has no loop of its own for them.
+// In fewer bytes kernels don't pay, by form; 0: it has no loop of its own for them.
 template <class Form>
-constexpr size_t shortText = std::is_same_v<Form, LittleUtf16> ? 32
-                             : std::is_same_v<Form, Utf8Input> ? 48
-                                                               : 0;
+constexpr size_t leastKernelBytes = std::is_same_v<Form, LittleUtf16> ? 32
+                                    : std::is_same_v<Form, Utf8Input> ? 48
+                                                                      : 0;
 
 // Lets the inner loop take what it can off the front of a text, and returns how many bytes it read and wrote. Of forms
 // other than UTF-16 the units are made on the stack first, a few to begin with, for the loop may not get far.
@@ -117,8 +118,8 @@ KernelRun skipTarget(const PipelineSide& side, bool& inDouble, const uint8_t* in
 template <class Form, class Loop>
 inline KernelRun front(const PipelineSide& side, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
                        size_t room) {
-  if constexpr (shortText<Form> != 0 && requires { Loop::mostRoom; }) {
-    if (count < shortText<Form> && room >= Loop::mostRoom * count && count % Form::unitBytes == 0) {
+  if constexpr (leastKernelBytes<Form> != 0 && requires { Loop::mostRoom; }) {
+    if (count < leastKernelBytes<Form> && room >= Loop::mostRoom * count && count % Form::unitBytes == 0) {
       if (side.overlay != nullptr) return {0, 0};
       KernelRun begun{0, 0};
       if constexpr (std::is_same_v<Form, LittleUtf16> && requires { Loop::field(side, in, count, out, room); }) {

@@ -6,10 +6,6 @@ namespace veldnls::avx2 {
 
 namespace {
 
-constexpr uint32_t ideographicSpace = 0x3000;
-constexpr uint32_t firstHalfWidthKatakana = 0xFF61;
-constexpr uint32_t halfWidthKatakanaCount = 63;
-
 // What members of the tables do: those have a body that units for plain processors might be linked to.
 
 uint32_t unitOf(const CodeRows& rows, uint32_t first, uint32_t second) {

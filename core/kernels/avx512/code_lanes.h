@@ -59,8 +59,9 @@ class Ranks {
     const __m512i groups = _mm512_or_si512(_mm512_slli_epi16(block, 4), inBlock);
     Characters characters =
         bothHalves(length, [&](bool upper) { return ofHalf(halfOf(units, upper), halfOf(groups, upper)); });
-    const __mmask32 katakana = _mm512_cmplt_epu16_mask(_mm512_sub_epi16(units, all16(0xFF61)), all16(63));
-    const __mmask32 spaces = _mm512_cmpeq_epi16_mask(units, all16(0x3000));
+    const __mmask32 katakana =
+        _mm512_cmplt_epu16_mask(_mm512_sub_epi16(units, all16(firstHalfWidthKatakana)), all16(halfWidthKatakanaCount));
+    const __mmask32 spaces = _mm512_cmpeq_epi16_mask(units, all16(ideographicSpace));
     characters.codes = _mm512_mask_mov_epi16(characters.codes, spaces, blank_);
     characters.found |= spaces;
     characters.found &= ~katakana & _mm512_cmpge_epu16_mask(units, all16(0x9F));
@@ -103,7 +104,7 @@ class Rows {
     // The first unit of all is 0.
     const __mmask16 there = _mm512_mask_test_epi32_mask(inRow, index, index);
     const __m512i units = _mm512_and_si512(items16(there, index, units_), all32(0xFFFF));
-    return _mm512_mask_mov_epi32(units, spaces, all32(0x3000));
+    return _mm512_mask_mov_epi32(units, spaces, all32(ideographicSpace));
   }
 
  private:

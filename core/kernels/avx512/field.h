@@ -59,7 +59,7 @@ inline __m256i unitsOfField(const CodeRows& rows, uint32_t blank, const uint8_t*
     const auto wanted = static_cast<__mmask8>(doubles >> at);
     const __m128i codes = _mm_unpacklo_epi8(seconds, firsts);
     __m128i units = _mm_mask_mov_epi16(_mm_srli_epi16(codes, 8), wanted, fewUnits(rows, wanted, codes));
-    units = _mm_mask_mov_epi16(units, _mm_mask_cmpeq_epi16_mask(wanted, codes, few16(blank)), few16(0x3000));
+    units = _mm_mask_mov_epi16(units, _mm_mask_cmpeq_epi16_mask(wanted, codes, few16(blank)), few16(ideographicSpace));
     without |= uint64_t{_mm_mask_testn_epi16_mask(wanted, units, units)} << at;
     return units;
   };
@@ -103,8 +103,9 @@ inline bool fieldToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* 
   const __m256i place = _mm256_add_epi32(_mm256_srli_epi32(group, 16), _mm256_popcnt_epi32(below));
   const __mmask8 later = _mm256_mask_test_epi32_mask(found, place, place);
   __m128i characters = fewItems(later, place, codes.values);
-  const uint32_t spaces = _mm_cmpeq_epi16_mask(units, few16(0x3000));
-  const uint32_t katakana = _mm_cmplt_epu16_mask(_mm_sub_epi16(units, few16(0xFF61)), few16(63));
+  const uint32_t spaces = _mm_cmpeq_epi16_mask(units, few16(ideographicSpace));
+  const uint32_t katakana =
+      _mm_cmplt_epu16_mask(_mm_sub_epi16(units, few16(firstHalfWidthKatakana)), few16(halfWidthKatakanaCount));
   if (((~uint32_t{wanted} & ~ascii) | (found ^ later)) & inside) return false;
   characters = _mm_mask_mov_epi16(characters, static_cast<__mmask8>(spaces), few16(blank));
   const uint32_t taken = ascii | ((found | spaces) & ~katakana);

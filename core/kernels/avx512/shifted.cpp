@@ -72,7 +72,7 @@ class Singles {
 
   __m512i operator()(__mmask16 wanted, __m512i bytes) const {
     const __mmask16 euros = _mm512_cmpeq_epi32_mask(bytes, euro_);
-    return _mm512_mask_mov_epi32(items16(wanted, bytes, units_), euros, all32(0x20AC));
+    return _mm512_mask_mov_epi32(items16(wanted, bytes, units_), euros, all32(euroSign));
   }
 
  private:
