@@ -25,7 +25,10 @@ struct Place {
   char decimalPoint;
 };
 
-constexpr Place places[] = {{"en_US", u"en_US", '.'}, {"de_DE", u"de_DE", ','}};
+constexpr Place places[] = {{"en_US", u"en_US", '.'}, {"de_DE", u"de_DE", ','}, {"hi_IN", u"hi_IN", '.'}};
+constexpr size_t english = 0;
+constexpr size_t german = 1;
+constexpr size_t hindi = 2;  // groups of three digits, then of two
 constexpr int32_t nameLength = 5;
 
 using Locale = std::unique_ptr<QZLocale, NlsStatus (*)(void*)>;
@@ -47,6 +50,12 @@ struct Format {
   uint32_t flags;
 };
 
+// An output that no line of the cache cuts, so that figures don't depend on the place it happens to get.
+template <class Unit, size_t count>
+struct Output {
+  alignas(64) Unit units[count];
+};
+
 template <class Value>
 using Slot = NlsStatus (*)(QZLocale*, Value, int32_t, int32_t, uint32_t, char16_t*, int32_t, int32_t*);
 
@@ -61,34 +70,37 @@ Slot<Value> formatter(const QZLocale& locale) {
 
 template <class Value>
 auto librarysFormat(QZLocale* locale, const Format& format) {
-  return [locale, slot = formatter<Value>(*locale), format, output = std::vector<char16_t>(room)](Value value) mutable {
+  const auto output = std::make_shared<Output<char16_t, room>>();
+  return [locale, slot = formatter<Value>(*locale), format, output](Value value) {
     int32_t length = 0;
     const NlsStatus status =
-        slot(locale, value, format.width, format.precision, format.flags, output.data(), room, &length);
+        slot(locale, value, format.width, format.precision, format.flags, output->units, room, &length);
     if (status != 0) length = 0;
     benchmark::ClobberMemory();
-    return std::u16string_view(output.data(), static_cast<size_t>(length));
+    return std::u16string_view(output->units, static_cast<size_t>(length));
   };
 }
 
 template <class Value, class... How>
 auto peersFormat(How... how) {
-  return [how..., output = std::vector<char>(2 * room)](Value value) mutable {
-    char* end = std::to_chars(output.data(), output.data() + output.size(), value, how...).ptr;
+  const auto output = std::make_shared<Output<char, size_t{2} * room>>();
+  return [how..., output](Value value) {
+    char* end = std::to_chars(std::begin(output->units), std::end(output->units), value, how...).ptr;
     benchmark::ClobberMemory();
-    return std::string_view(output.data(), static_cast<size_t>(end - output.data()));
+    return std::string_view(output->units, static_cast<size_t>(end - output->units));
   };
 }
 
 // Formats all values in turn, each into the same output. The call stands in the loop itself.
 template <class Value, class Call>
 Candidate candidate(const char* name, const std::vector<Value>& items, Call call) {
-  return {name, [&items, call]() mutable {
+  return {name, [&items, call] {
             for (const Value item : items) benchmark::DoNotOptimize(call(item));
           }};
 }
 
-// A text of the library as its peers would write it: without blanks and separators, with a point.
+// A text of the library as its peers would write it: without blanks, separators, plus sign and zeros that fill a field,
+// with a point.
 std::string plain(std::u16string_view text, const Place& place) {
   const char separator = place.decimalPoint == ',' ? '.' : ',';
   std::string result;
@@ -96,10 +108,12 @@ std::string plain(std::u16string_view text, const Place& place) {
     const auto letter = static_cast<char>(unit);
     if (letter == place.decimalPoint) {
       result.push_back('.');
-    } else if (letter != ' ' && letter != separator) {
+    } else if (letter != ' ' && letter != '+' && letter != separator) {
       result.push_back(letter);
     }
   }
+  const size_t start = result.starts_with('-') ? 1 : 0;
+  while (start + 1 < result.size() && result[start] == '0' && result[start + 1] != '.') result.erase(start, 1);
   return result;
 }
 
@@ -115,28 +129,31 @@ class Numbers {
 
   // The peer writes the same text.
   template <class Value, class... How>
-  void format(const char* op, const char* peer, const Values<Value>& values, const Format& format, How... how) {
-    for (size_t i = 0; i < std::size(places); ++i) {
-      const Subject subject{"numbers", op, values.name, places[i].name};
-      if (!runner_.wants(subject)) continue;
-      auto own = librarysFormat<Value>(locales_[i].get(), format);
-      auto peers = peersFormat<Value>(how...);
-      for (const Value value : values.items) {
-        const std::string text = plain(own(value), places[i]);
-        if (text != peers(value)) differs(subject, text, std::string(peers(value)));
-      }
-      run(subject, values.items.size(), candidate("veldnls", values.items, own), candidate(peer, values.items, peers));
+  void formatIn(size_t place, const char* op, const Values<Value>& values, const Format& format, How... how) {
+    const Subject subject{"numbers", op, values.name, places[place].name};
+    if (!runner_.wants(subject)) return;
+    auto own = librarysFormat<Value>(locales_[place].get(), format);
+    auto peers = peersFormat<Value>(how...);
+    for (const Value value : values.items) {
+      const std::string text = plain(own(value), places[place]);
+      if (text != peers(value)) differs(subject, text, std::string(peers(value)));
     }
+    run(subject, values.items.size(), candidate("veldnls", values.items, own),
+        candidate("std::to_chars", values.items, peers));
+  }
+  template <class Value, class... How>
+  void format(const char* op, const Values<Value>& values, const Format& format, How... how) {
+    for (const size_t place : {english, german}) formatIn(place, op, values, format, how...);
   }
 
   // A field has fewer digits than the peer, or an exponent of another form: the text stands for nearly the same value.
   void field(const char* op, const Values<double>& values, const Format& format) {
-    const Subject subject{"numbers", op, values.name, places[0].name};
+    const Subject subject{"numbers", op, values.name, places[english].name};
     if (!runner_.wants(subject)) return;
-    auto own = librarysFormat<double>(locales_[0].get(), format);
+    auto own = librarysFormat<double>(locales_[english].get(), format);
     auto peers = peersFormat<double>(std::chars_format::general);
     for (const double value : values.items) {
-      const std::string text = plain(own(value), places[0]);
+      const std::string text = plain(own(value), places[english]);
       double back = NAN;
       std::from_chars(text.data(), text.data() + text.size(), back);
       if (!(std::abs(back - value) <= 1e-2 + 1e-5 * std::abs(value))) differs(subject, text, std::string(peers(value)));
@@ -146,11 +163,11 @@ class Numbers {
   }
 
   void parseDoubles(const Values<double>& values) {
-    for (size_t i = 0; i < std::size(places); ++i) {
-      const Subject subject{"numbers", "parseDouble", values.name, places[i].name};
+    for (const size_t place : {english, german}) {
+      const Subject subject{"numbers", "parseDouble", values.name, places[place].name};
       if (!runner_.wants(subject)) continue;
-      parse(subject, values, writtenTexts(values, places[i].decimalPoint),
-            [locale = locales_[i].get(), slot = locales_[i]->parseDouble](std::u16string_view text) {
+      parse(subject, values, writtenTexts(values, places[place].decimalPoint),
+            [locale = locales_[place].get(), slot = locales_[place]->parseDouble](std::u16string_view text) {
               double value = NAN;
               int32_t consumed = 0;
               slot(locale, text.data(), static_cast<int32_t>(text.size()), &value, &consumed);
@@ -160,10 +177,10 @@ class Numbers {
   }
 
   void parseIntegers(const Values<int64_t>& values) {
-    const Subject subject{"numbers", "parseInt64", values.name, places[0].name};
+    const Subject subject{"numbers", "parseInt64", values.name, places[english].name};
     if (!runner_.wants(subject)) return;
     parse(subject, values, writtenTexts(values, '.'),
-          [locale = locales_[0].get(), slot = locales_[0]->parseInt64](std::u16string_view text) {
+          [locale = locales_[english].get(), slot = locales_[english]->parseInt64](std::u16string_view text) {
             int64_t value = 0;
             int32_t consumed = 0;
             slot(locale, text.data(), static_cast<int32_t>(text.size()), 0, &value, &consumed);
@@ -211,16 +228,15 @@ void runDoubles(Numbers& numbers) {
   const Values<double> integers = wholeValues();
   const Values<double> any = longDoubles();
   constexpr const char* fixed = "formatDouble fixed";
-  numbers.format(fixed, "std::to_chars", prices, {0, 2, FMT_FIXED}, chars_format::fixed, 2);
-  numbers.format(fixed, "std::to_chars", integers, {0, 0, FMT_FIXED}, chars_format::fixed, 0);
-  numbers.format(fixed, "std::to_chars", any, {0, 6, FMT_FIXED}, chars_format::fixed, 6);
-  numbers.format("formatDouble grouped", "std::to_chars", prices, {0, 2, FMT_FIXED | FMT_GROUP}, chars_format::fixed,
-                 2);
+  numbers.format(fixed, prices, {0, 2, FMT_FIXED}, chars_format::fixed, 2);
+  numbers.format(fixed, integers, {0, 0, FMT_FIXED}, chars_format::fixed, 0);
+  numbers.format(fixed, any, {0, 6, FMT_FIXED}, chars_format::fixed, 6);
+  numbers.format("formatDouble grouped", prices, {0, 2, FMT_FIXED | FMT_GROUP}, chars_format::fixed, 2);
   constexpr const char* general = "formatDouble general";
   for (const Values<double>* values : {&prices, &integers}) {
-    numbers.format(general, "std::to_chars", *values, {0, 15, FMT_GENERAL}, chars_format::general, 15);
+    numbers.format(general, *values, {0, 15, FMT_GENERAL}, chars_format::general, 15);
   }
-  numbers.format(general, "std::to_chars", any, {0, 17, FMT_GENERAL}, chars_format::general, 17);
+  numbers.format(general, any, {0, 17, FMT_GENERAL}, chars_format::general, 17);
   for (const Values<double>* values : {&prices, &integers, &any}) {
     numbers.field("formatDouble field BEST 12", *values, {12, 0, FMT_BEST});
     numbers.field("formatDouble field 20.2", *values, {20, 2, FMT_FIELD_DECIMAL});
@@ -231,9 +247,15 @@ void runDoubles(Numbers& numbers) {
 
 void runIntegers(Numbers& numbers) {
   for (const Values<int64_t>& values : {shortIntegers(), longIntegers(), anyIntegers()}) {
-    numbers.format("formatInt64", "std::to_chars", values, {0, 0, 0});
-    numbers.format("formatInt64 width 20", "std::to_chars", values, {20, 0, 0});
-    numbers.format("formatInt64 grouped", "std::to_chars", values, {0, 0, FMT_GROUP});
+    numbers.format("formatInt64", values, {0, 0, 0});
+    numbers.format("formatInt64 width 20", values, {20, 0, 0});
+    numbers.format("formatInt64 grouped", values, {0, 0, FMT_GROUP});
+    numbers.formatIn(english, "formatInt64 grouped width 20", values, {20, 0, FMT_GROUP});
+    numbers.formatIn(hindi, "formatInt64 grouped 3;2", values, {0, 0, FMT_GROUP});
+    numbers.formatIn(english, "formatInt64 default precision", values, {0, -1, 0});
+    numbers.formatIn(english, "formatInt64 plus", values, {0, 0, FMT_PLUS});
+    numbers.formatIn(english, "formatInt64 zeros width 20", values, {20, 0, FMT_ZERO});
+    numbers.formatIn(english, "formatInt64 left width 20", values, {20, 0, FMT_LEFT});
     numbers.parseIntegers(values);
   }
 }

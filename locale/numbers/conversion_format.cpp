@@ -1,6 +1,7 @@
 #include "locale/numbers/conversion_format.h"
 
 #include "locale/numbers/conversion_digits.h"
+#include "locale/numbers/digit_groups.h"
 #include "locale/numbers/exact_digits.h"
 #include "locale/numbers/grouping.h"
 
@@ -79,7 +80,7 @@ NlsStatus formatRounded(const LocaleNumber& locale, const RoundedNumber& number,
   const int32_t count = std::max(countDigits(number.integer), 1);
   const Shape shape{count, places, places > 0 || options.has(FMT_POINT), 0};
   return placeNumber(locale, shape, options, field, out, [&](char16_t* at, int32_t size) {
-    if (size == thousands && number.integer != 0) {
+    if (size == thousandsSize && number.integer != 0) {
       at += count + countSeparators(count, size);
       writeThousandsBefore(at, number.integer, locale.groupSeparator);
     } else if (size > 0) {

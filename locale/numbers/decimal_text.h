@@ -30,6 +30,27 @@ inline int32_t countDigits(uint64_t value) {
   return static_cast<int32_t>(estimate + (value >= integerPowersOfTen[estimate] ? 1 : 0));
 }
 
+// For each place of a number's highest bit, what carries its count of digits into the upper half of a word.
+inline constexpr auto digitCountCarries = [] {
+  std::array<uint64_t, 32> carries{};
+  for (size_t i = 0; i < carries.size(); ++i) {
+    const uint64_t lowest = i == 0 ? 0 : uint64_t{1} << i;
+    uint64_t count = 0;
+    while (integerPowersOfTen[count] <= lowest) ++count;
+    const uint64_t next = integerPowersOfTen[count];
+    // A number below twice the lowest has at most one digit more, from the next power of ten on.
+    const bool grows = next < uint64_t{2} << i;
+    carries[i] = grows ? ((count + 1) << 32) - next : count << 32;
+  }
+  return carries;
+}();
+
+// Zero has no digit.
+inline int32_t countDigits32(uint32_t value) {
+  const auto highest = static_cast<size_t>(std::bit_width(value | 1) - 1);
+  return static_cast<int32_t>((value + digitCountCarries[highest]) >> 32);
+}
+
 // "00" to "99".
 inline constexpr auto digitPairs = [] {
   std::array<char16_t, 200> pairs{};
@@ -124,52 +145,6 @@ inline void writeIntegerBefore(char16_t* end, uint64_t value) {
   }
 }
 
-// "000" to "999", each behind the place of a separator, so that a group is written at once.
-inline constexpr size_t groupRoom = 4;
-inline constexpr auto digitGroups = [] {
-  // The last is read beyond its end.
-  std::array<char16_t, 1001 * groupRoom> groups{};
-  for (uint32_t i = 0; i < 1000; ++i) {
-    char16_t* group = &groups[i * groupRoom];
-    group[1] = digitUnit(i / 100);
-    group[2] = digitUnit(i / 10 % 10);
-    group[3] = digitUnit(i % 10);
-  }
-  return groups;
-}();
-
-// The same for a number from 1,000 on, with a separator between groups of three.
-template <class Word>
-void writeGroupsBefore(char16_t* end, Word value, char16_t separator) {
-  constexpr size_t groupBytes = groupRoom * sizeof(char16_t);
-  auto group = static_cast<uint32_t>(value % 1000);
-  const auto writeGroup = [&] {
-    std::memcpy(end -= groupRoom, &digitGroups[group * groupRoom], groupBytes);
-    *end = separator;
-  };
-  Word rest = value / 1000;
-  for (; rest >= 1000; rest /= 1000) {
-    writeGroup();
-    group = static_cast<uint32_t>(rest % 1000);
-  }
-  // The group overwrites what stands behind the first digits, so that no branch depends on their count.
-  const auto first = static_cast<uint32_t>(rest);
-  const size_t skipped = 1 + (first < 100 ? 1 : 0) + (first < 10 ? 1 : 0);
-  std::memcpy(end - 2 * groupRoom + skipped, &digitGroups[first * groupRoom + skipped], groupBytes);
-  writeGroup();
-}
-
-// Likewise for any number.
-inline void writeThousandsBefore(char16_t* end, uint64_t value, char16_t separator) {
-  if (value < 1000) {
-    writeIntegerBefore(end, value);
-  } else if (value >> 32 == 0) {
-    writeGroupsBefore(end, static_cast<uint32_t>(value), separator);
-  } else {
-    writeGroupsBefore(end, value, separator);
-  }
-}
-
 // Cuts the zeros at the end of a number that isn't zero, and returns how many there were.
 inline int32_t cutZeros(uint64_t& number) {
   int32_t count = 0;
@@ -189,29 +164,38 @@ inline int32_t cutZeros(uint64_t& number) {
   return count;
 }
 
-// Texts of numbers are short: these move a few units at a time, the last ones twice if need be.
+// Texts of numbers are short: these move a block of units at a time, the last one twice if need be.
+
+inline constexpr int32_t unitBlock = 8;
+[[gnu::always_inline]] inline void fillBlock(char16_t* out, char16_t unit) {
+  const std::array<char16_t, unitBlock> units{unit, unit, unit, unit, unit, unit, unit, unit};
+  std::memcpy(out, units.data(), sizeof units);
+}
+
+[[gnu::always_inline]] inline void fillHalfBlock(char16_t* out, char16_t unit) {
+  const std::array<char16_t, unitBlock / 2> units{unit, unit, unit, unit};
+  std::memcpy(out, units.data(), sizeof units);
+}
 
 // At most fewUnits.
 inline constexpr int32_t fewUnits = 64;
 [[gnu::always_inline]] inline void fillFewUnits(char16_t* out, int32_t count, char16_t unit) {
-  constexpr ptrdiff_t block = 8;
-  const std::array<char16_t, block> units{unit, unit, unit, unit, unit, unit, unit, unit};
-  const auto put = [&units](char16_t* at) { std::memcpy(at, units.data(), sizeof units); };
+  constexpr ptrdiff_t block = unitBlock;
   if (count >= block) [[likely]] {
     char16_t* const end = out + count;
-    put(out);
-    put(end - block);
+    fillBlock(out, unit);
+    fillBlock(end - block, unit);
     if (count <= 2 * block) return;
-    put(out + block);
-    put(end - 2 * block);
+    fillBlock(out + block, unit);
+    fillBlock(end - 2 * block, unit);
     if (count <= 4 * block) return;
-    put(out + 2 * block);
-    put(out + 3 * block);
-    put(end - 3 * block);
-    put(end - 4 * block);
+    fillBlock(out + 2 * block, unit);
+    fillBlock(out + 3 * block, unit);
+    fillBlock(end - 3 * block, unit);
+    fillBlock(end - 4 * block, unit);
   } else if (count >= block / 2) {
-    std::memcpy(out, units.data(), sizeof units / 2);
-    std::memcpy(out + count - block / 2, units.data(), sizeof units / 2);
+    fillHalfBlock(out, unit);
+    fillHalfBlock(out + count - block / 2, unit);
   } else if (count > 0) {
     out[0] = unit;
     out[count / 2] = unit;
@@ -229,7 +213,7 @@ inline void fillUnits(char16_t* out, int32_t count, char16_t unit) {
 
 // Returns the end of the copy, which doesn't overlap the units.
 inline char16_t* copyUnits(const char16_t* units, int32_t count, char16_t* out) {
-  constexpr int32_t block = 8;
+  constexpr int32_t block = unitBlock;
   constexpr size_t blockBytes = block * sizeof(char16_t);
   char16_t* end = out + count;
   if (count >= block) {

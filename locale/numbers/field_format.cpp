@@ -1,5 +1,6 @@
 #include "locale/numbers/field_format.h"
 
+#include "locale/numbers/digit_groups.h"
 #include "locale/numbers/grouping.h"
 
 namespace veldnls {
@@ -11,13 +12,13 @@ bool writeWhole(const LocaleNumber& locale, uint64_t value, const Field& field, 
   const int32_t count = std::max(countDigits(value), 1);
   if (places >= field.width) return false;
   const int32_t room = field.width - places - (places > 0 ? 1 : 0);
-  if (count > room || (group && !groupsThousands(locale))) return false;
+  if (count > room || (group && groupingOf(locale) != Grouping::thousands)) return false;
   char16_t* at = field.units + field.width + (field.negative ? 1 : 0);
   if (places > 0) {
     fillUnits(at -= places, places, u'0');
     *--at = locale.decimalPoint;
   }
-  const int32_t separators = group ? countSeparators(count, thousands) : 0;
+  const int32_t separators = group ? countSeparators(count, thousandsSize) : 0;
   const bool grouped = separators > 0 && count + separators <= room;
   if (value == 0) {
     at[-1] = u'0';

@@ -20,8 +20,7 @@ NlsStatus formatPointer(const void* value, int32_t width, uint32_t flags, char16
     text.prefix[text.prefixLength++] = u'0';
     text.prefix[text.prefixLength++] = u'x';
   }
-  const int64_t blanks = std::max<int64_t>(absoluteWidth(width) - text.numberLength(), 0);
-  ((flags & FMT_POINTER_LEFT) != 0 ? text.rightBlanks : text.leftBlanks) = blanks;
+  text.fillWithBlanks(absoluteWidth(width), (flags & FMT_POINTER_LEFT) != 0);
   return writeIntegerText(text, false, output, std::max(capacity, 0), length);
 }
 

@@ -9,6 +9,7 @@ namespace veldnls {
 // groups.
 class GroupSizes {
  public:
+  GroupSizes() : sizes_{-1} {}  // no groups
   explicit GroupSizes(const LocaleNumber& locale);
 
   // How many digits stand in the current group, or no groups from here on if it isn't positive.
@@ -24,11 +25,16 @@ class GroupSizes {
 };
 
 // The size that most locales have.
-inline constexpr int32_t thousands = 3;
+inline constexpr int32_t thousandsSize = 3;
 
-// Whether that is the size of all groups.
-inline bool groupsThousands(const LocaleNumber& locale) {
-  return locale.numberGrouping.count == 1 && locale.numberGrouping.text[0] == u'3';
+// Group sizes of an integer by name: none, three, three and then two each, or any.
+enum class Grouping { none, thousands, lakhs, other };
+
+inline Grouping groupingOf(const LocaleNumber& locale) {
+  const NlsText60& text = locale.numberGrouping;
+  if (text.text[0] != u'3') return Grouping::other;
+  if (text.count == 1) return Grouping::thousands;
+  return text.count == 3 && text.text[1] == u';' && text.text[2] == u'2' ? Grouping::lakhs : Grouping::other;
 }
 
 // The one group size of a double: that of a text of one number, and 3 for any other, as "3;2". Not positive if there

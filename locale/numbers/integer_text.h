@@ -21,7 +21,12 @@ struct IntegerText {
   char16_t digits[maxDigits];
   int64_t rightBlanks = 0;
 
+  // Without the blanks behind it.
   int64_t numberLength() const { return leftBlanks + prefixLength + zeros + digitCount; }
+  // Adds the blanks that a number without any needs to fill a field.
+  void fillWithBlanks(int32_t width, bool left) {
+    (left ? rightBlanks : leftBlanks) = std::max<int64_t>(width - numberLength(), 0);
+  }
 };
 
 // Writes the first units of a text that is longer than the output, or, if `keepEnd`, those of the number that come

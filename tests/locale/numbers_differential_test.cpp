@@ -257,6 +257,39 @@ TEST_F(IntegerDifferential, AllCapacities) {
   }
 }
 
+// Numbers of every length with their neighbours, in outputs that are hardly large enough up to ones that are long.
+TEST_F(IntegerDifferential, EveryLengthInEveryRoom) {
+  constexpr uint32_t additions[] = {0, FMT_PLUS, FMT_SPACE | FMT_LEFT, FMT_ZERO, FMT_LEFT | FMT_PLUS};
+  for (const char16_t* grouping : {u"3", u"3;2", u"4"}) {
+    setSigns({u'.', u',', grouping});
+    uint32_t turn = 0;
+    for (uint64_t power = 1; power <= UINT64_MAX / 10; power *= 10) {
+      for (const uint64_t value : {power, 2 * power - 1, uint64_t{0} - power, power * 10 - 1}) {
+        for (int32_t capacity = 0; capacity <= 80; ++capacity) {
+          ++turn;
+          const uint32_t flags = additions[turn % 5] | (turn % 2 == 0 ? FMT_GROUP : 0);
+          const int32_t precision = static_cast<int32_t>(turn % 3) - 1;
+          for (const int32_t width : {0, 9, 20, capacity - 4, capacity}) {
+            expectAll(value, width, precision, flags, capacity);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_F(IntegerDifferential, AllNumbersOfFewDigits) {
+  for (const char16_t* grouping : {u"3", u"3;2"}) {
+    setSigns({u'.', u',', grouping});
+    for (int64_t value = -1050; value <= 1'001'000; value += value < 1050 || value > 998'950 ? 1 : 997) {
+      const auto bits = static_cast<uint64_t>(value);
+      for (const uint32_t flags : {0U, FMT_GROUP, FMT_GROUP | FMT_ZERO}) {
+        for (const int32_t precision : {-1, 0, 7}) expectAll(bits, 12, precision, flags, 20);
+      }
+    }
+  }
+}
+
 TEST_F(IntegerDifferential, LongPrecisionsAndWidths) {
   for (const int32_t size : {66, 67, 200, 3000}) {
     expectAll(123456, 0, size, FMT_GROUP, 4000);
