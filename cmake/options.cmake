@@ -11,6 +11,10 @@ if(VELDNLS_SANITIZE)
   target_compile_options(veldnls_strict INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_compile_options(-fsanitize=${VELDNLS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${VELDNLS_SANITIZE})
-  # For code that takes longer to compile than to run: under sanitizers optimising is dear.
+endif()
+
+# For code that takes longer to compile than to run. Under sanitizers optimising is dear.
+set(VELDNLS_HASTY_OPTIONS $<$<CONFIG:Release>:-O1>)
+if(VELDNLS_SANITIZE)
   set(VELDNLS_HASTY_OPTIONS -O0)
 endif()
