@@ -20,6 +20,7 @@ Library::Library(const std::string& modulePath) {
 
 Library::~Library() {
   nls_->destroy(nls_);
+  hsmemterm(&vector_, memory_.context);
   xmterm(&vector_, memory_.context);
   dlclose(module_);
 }

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "fuzz/support/locales.h"
+#include "support/parsed.h"
 #include "veldnls/status.h"
 
 namespace fuzz {
@@ -26,17 +27,7 @@ struct Case {
   std::u16string text;
 };
 
-template <class Value>
-struct Parsed {
-  NlsStatus status;
-  Value value;
-  int32_t consumed;
-
-  // By bits, so that missing values count.
-  bool operator==(const Parsed& other) const {
-    return status == other.status && consumed == other.consumed && std::memcmp(&value, &other.value, sizeof value) == 0;
-  }
-};
+using test::Parsed;
 
 template <class Value, class Call>
 Parsed<Value> parsed(const Case& what, Call call) {

@@ -5,6 +5,7 @@
 
 #include "fuzz/support/area.h"
 #include "fuzz/support/object.h"
+#include "support/conversion.h"
 #include "transcode/validity.h"
 #include "veldnls/cei.h"
 #include "veldnls/nls.h"
@@ -44,23 +45,12 @@ bool isRefused(const EncodingDescriptor& row) {
 
 // ---- Conversion ----
 
-struct Converted {
-  NlsStatus status;
-  Bytes bytes;
-};
+using test::Converted;
 
-// With a record, so that an end inside a character has a status of its own.
 std::optional<Converted> convert(Span text, CEI source, CEI target) {
   const Pipeline pipeline(source, target);
   if (pipeline == nullptr) return std::nullopt;
-  Bytes output(8 * text.size() + 64);
-  uint32_t written = 0;
-  TranscodeProgress progress{};
-  const NlsStatus status =
-      pipeline->transcodeResumable(pipeline, text.data(), static_cast<uint32_t>(text.size()), output.data(),
-                                   static_cast<uint32_t>(output.size()), &written, &progress, nullptr);
-  output.resize(written);
-  return Converted{status, output};
+  return test::convertWhole(pipeline, text);
 }
 
 // Whether a text has a value that a rule takes and conversion replaces, or the other way round.

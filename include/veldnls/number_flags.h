@@ -9,8 +9,9 @@
  * FMT_FIELD_DECIMAL the conversion is general. */
 #define FMT_GENERAL UINT32_C(0x00000001)
 #define FMT_FIXED UINT32_C(0x00000002)
-#define FMT_FRACTION_ONLY UINT32_C(0x00000004) /* "0" for the integer part, whatever it is */
-#define FMT_INTEGER_ONLY UINT32_C(0x00000008)  /* truncated, not rounded */
+/* "0" for the integer part, whatever it is; a fraction that is rounded up to 1 makes it "1". */
+#define FMT_FRACTION_ONLY UINT32_C(0x00000004)
+#define FMT_INTEGER_ONLY UINT32_C(0x00000008) /* truncated, not rounded */
 #define FMT_EXPONENT UINT32_C(0x00000010)
 #define FMT_EXPONENT_UPPER UINT32_C(0x00000020) /* with "E" */
 #define FMT_GENERAL_UPPER UINT32_C(0x00000400)  /* with "E" */

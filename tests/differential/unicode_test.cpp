@@ -7,13 +7,14 @@
 #include "differential/differences.h"
 #include "differential/peers.h"
 #include "reference/reference.h"
+#include "support/conversion.h"
 
 namespace differential_test {
 
 namespace {
 
+using test::convertWhole;
 using transcode_test::Form;
-using transcode_test::Outcome;
 using transcode_test::Pipeline;
 using transcode_test::TextForm;
 using transcode_test::textForms;
@@ -30,18 +31,6 @@ constexpr Named forms[] = {
 
 constexpr const Peer* peers[] = {&icu, &systemIconv};
 
-// One text through a pipeline, without the guards of the shared harness: there are many.
-Outcome convert(TranscodingPipeline* pipeline, Span text) {
-  Bytes output(4 * text.size() + 16);
-  uint32_t written = 0;
-  TranscodeProgress progress{};
-  const NlsStatus status =
-      pipeline->transcodeResumable(pipeline, text.data(), static_cast<uint32_t>(text.size()), output.data(),
-                                   static_cast<uint32_t>(output.size()), &written, &progress, nullptr);
-  output.resize(written);
-  return {.status = status, .bytes = output, .substituted = (progress.flags & NLS_PROGRESS_SUBSTITUTED) != 0};
-}
-
 std::string textOf(const std::optional<Bytes>& bytes) { return bytes ? test::toHex(*bytes) : "fault"; }
 
 // In blocks, of which the line shows the first character: in each of them a difference that is one of the whole block
@@ -57,10 +46,10 @@ void compareCodePoints(const Named& source, const Named& target, test::Exception
       std::iota(block.begin(), block.end(), first);
       const Bytes text = transcode_test::textIn(source.form, block);
       const Bytes one = transcode_test::textIn(source.form, {&first, 1});
-      if (peer->convert(source.name, target.name, text) == convert(pipeline, text).bytes) {
+      if (peer->convert(source.name, target.name, text) == convertWhole(pipeline, text).bytes) {
         differences.addSame();
       } else {
-        differences.add(first, first + blockSize - 1, textOf(convert(pipeline, one).bytes),
+        differences.add(first, first + blockSize - 1, textOf(convertWhole(pipeline, one).bytes),
                         textOf(peer->convert(source.name, target.name, one)), "bytes");
       }
     }
@@ -112,7 +101,7 @@ void compareVerdicts(const Named& source, const Named& target, test::Exceptions&
     Differences differences(listed, {peer->name, source.name, target.name});
     for (const uint32_t number : suspects.numbers) {
       const Bytes text = suspects.text(source.form, number);
-      const Outcome outcome = convert(pipeline, text);
+      const test::Converted outcome = convertWhole(pipeline, text);
       const bool ours = outcome.status == 0 && !outcome.substituted;
       const bool theirs = peer->convert(source.name, target.name, text).has_value();
       if (ours == theirs) {

@@ -186,6 +186,13 @@ TEST_F(DatesSlots, ParseDateTimeExamples) {
   }
 }
 
+TEST_F(DatesSlots, ADateTimeFormatWithoutYearReadsAs2000) {
+  locale->record->dateTime.dateTimeFormat = test::counted(u"%d%b:%H:%M:%S");
+  const double in2000 = (40 * 365 + 10) * 86400.0;  // 1 January
+  EXPECT_EQ(test::parseDateTime(locale, u"01Jan:00:00:01"), (ReadSeconds{0, in2000 + 1, 14}));
+  EXPECT_EQ(test::parseDateTime(locale, u"29Feb:00:00:00"), (ReadSeconds{0, in2000 + 59 * 86400.0, 14}));
+}
+
 TEST_F(DatesSlots, EveryYearAndManyDays) {
   test::Day day;
   for (; day.date <= test::lastDay; day.next()) {

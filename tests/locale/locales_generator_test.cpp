@@ -113,6 +113,35 @@ INSTANTIATE_TEST_SUITE_P(
                "paperName of en_US is fixed as \"LETTER\""}));
 
 INSTANTIATE_TEST_SUITE_P(
+    Formats, GeneratorTellsTheLine,
+    testing::Values(
+        Breach{"rows.tsv", "en\tdateFormatFull\t%A, %d %B %Y", "en\tdateFormatFull\t%A, %d %B %X",
+               "%A, %d %B %X of dateFormatFull needs one %A, one %d, one of %m %B, one of %y %Y, and no other items"},
+        Breach{"rows.tsv", "bs_BA\tdateFormatFull\t%A, %d. %B %Y.", "bs_BA\tdateFormatFull\t%A, %d. %B% %Y.",
+               "%A, %d. %B% %Y. of dateFormatFull needs"},
+        Breach{"rows.tsv", "en\tdateFormatFull\t%A, ", "en\tdateFormatFull\t%a, ",
+               "%a, %d %B %Y of dateFormatFull needs"},
+        Breach{"rows.tsv", "*\tmonthYearFormat\t%B %Y", "*\tmonthYearFormat\t%B %X",
+               "%B %X of monthYearFormat needs one of %m %b %B, one of %y %Y, and no other items"},
+        Breach{"rows.tsv", "*\tmonthYearFormatShort\t%b %Y", "*\tmonthYearFormatShort\t%b %Y %d",
+               "%b %Y %d of monthYearFormatShort needs"},
+        Breach{"rows.tsv", "en\tmonthDayFormat\t%d %B", "en\tmonthDayFormat\t%d %d",
+               "%d %d of monthDayFormat needs one of %m %b %B, one %d, and no other items"},
+        Breach{"rows.tsv", "*\tmonthDayFormatShort\t%d %b", "*\tmonthDayFormatShort\t%d",
+               "%d of monthDayFormatShort needs"},
+        Breach{"overrides.tsv", "*\tperiodFormats\t%Y|", "*\tperiodFormats\t%X|",
+               "%X of periodFormats needs one of %y %Y, and no other items"},
+        Breach{"overrides.tsv", "*\tperiodFormats\t%Y|%y|%Q %Y", "*\tperiodFormats\t%Y|%y|%Q",
+               "%Q of periodFormats needs one of %q %Q, one of %y %Y, and no other items"},
+        Breach{"overrides.tsv", "*\tperiodFormats\t%Y|%y|%Q %Y|%q %y|Week %U %G|W%U %g",
+               "*\tperiodFormats\t%Y|%y|%Q %Y|%q %y|Week %U %G|W%U %y",
+               "W%U %y of periodFormats needs one %U, one of %g %G, and no other items"},
+        Breach{"rows.tsv", "ja_JP\tdecimalPoint\t.", "ja_JP\tdecimalPoint\tX", "a decimal point is one of . , U+066B"},
+        Breach{"rows.tsv", "de_CH\tdecimalPoint\t.", "de_CH\tdecimalPoint\t-", "a decimal point is one of . , U+066B"},
+        Breach{"overrides.tsv", "en_CB\tpaperName\tLETTER\tours", "en_CB\tpaperName\tLETTER\tknown",
+               "a value that is known is fixed"}));
+
+INSTANTIATE_TEST_SUITE_P(
     Names, GeneratorStops,
     testing::Values(
         Breach{"names.tsv", "de_DE\tDE", "dE_DE\tDE", "has the form ll_CC"},
@@ -147,7 +176,11 @@ INSTANTIATE_TEST_SUITE_P(
                     Breach{"codesets.tsv", "eucjp", "euc-jp", "without \"-\" and \"_\""},
                     Breach{"codesets.tsv", "utf8", "UTF8", "lower case"},
                     Breach{"codesets.tsv", "utf8", "aaa", "rows ascend"},
-                    Breach{"codesets.tsv", "utf8\t1208", "utf8\t0", "number outside"}));
+                    Breach{"codesets.tsv", "utf8\t1208", "utf8\t0", "number outside"},
+                    Breach{"codesets.tsv", "cp862\t862", "cp862\t9", "the number 9 is no name of an encoding"},
+                    Breach{"codesets.tsv", "cp862\t862", "cp862\t863", "the number 863 is a name of pcoem863"},
+                    Breach{"codesets.tsv", "cp862\t862\tpcoem862", "cp862\t862\tmsdos862",
+                           "the number 862 is a name of pcoem862"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Encodings, GeneratorStops,
@@ -195,6 +228,10 @@ INSTANTIATE_TEST_SUITE_P(
         Breach{"rows.tsv", "Sondag|", "Son<U0XA0>dag|", "not a hexadecimal number"},
         Breach{"overrides.tsv", "en_US\tdateFormatShort\t%m/%d/%Y\tknown", "en_US\tdateFormatShort\t%m/%d/%Y\tsure",
                "an origin is \"known\" or \"ours\""},
+        Breach{"overrides.tsv", "*\tlanguageTag\t\tknown", "*\tlanguageTag\t\tours",
+               "has 17 known overrides; it must have 18"},
+        Breach{"overrides.tsv", "*\tnegativeSign\t-\tours", "*\tnegativeSign\t-\tknown",
+               "has 19 known overrides; it must have 18"},
         Breach{"overrides.tsv", "lv_LV\tdateFormatShort\t%y.%d.%m", "lv_LV\tdateFormatShort\t%d.%m.%y",
                "changes no row; remove the line"},
         Breach{"overrides.tsv", "*\tnegativeSign\t-\tours\n", "", "has no negativeSign"},

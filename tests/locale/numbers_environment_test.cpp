@@ -1,8 +1,5 @@
-// Numbers in unusual states of the process: exceptions of floating point unmasked, other roundings, subnormals cut to
-// zero, and other process locales.
+// Numbers in unusual states of floating point: exceptions unmasked, other roundings, subnormals cut to zero.
 #include <fenv.h>
-
-#include <clocale>
 #ifdef __SSE__
 #include <xmmintrin.h>
 #endif
@@ -104,16 +101,5 @@ TEST_F(NumberEnvironment, SubnormalsAreTakenWhereTheProcessorCutsThem) {
   EXPECT_EQ(result, usual);
 }
 #endif
-
-TEST_F(NumberEnvironment, ProcessLocalesDontMatter) {
-  const std::string usual = everything();
-  const std::string before = std::setlocale(LC_ALL, nullptr);
-  for (const char* name : {"", "de_DE.UTF-8", "tr_TR.UTF-8", "ar_EG.UTF-8", "C.UTF-8"}) {
-    if (std::setlocale(LC_ALL, name) == nullptr) continue;
-    const std::string result = everything();
-    std::setlocale(LC_ALL, before.c_str());
-    EXPECT_EQ(result, usual) << name;
-  }
-}
 
 }  // namespace

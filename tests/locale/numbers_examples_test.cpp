@@ -140,6 +140,13 @@ TEST_F(NumberFormats, ZeroKeepsTheCallersPrecisionWithoutAFraction) {
   EXPECT_EQ(text(formatDouble(12.9, 0, 2, FMT_FRACTION_ONLY)), "0.90");
 }
 
+TEST_F(NumberFormats, AFractionAloneCarriesIntoItsZero) {
+  EXPECT_EQ(text(formatDouble(0.999, 0, 2, FMT_FRACTION_ONLY)), "1.00");
+  EXPECT_EQ(text(formatDouble(12.996, 0, 2, FMT_FRACTION_ONLY)), "1.00");
+  EXPECT_EQ(text(formatDouble(-0.96, 0, 1, FMT_FRACTION_ONLY)), "-1.0");
+  EXPECT_EQ(text(formatDouble(12.994, 0, 2, FMT_FRACTION_ONLY)), "0.99");
+}
+
 TEST_F(NumberFormats, TheGeneralConversionShowsOneDigitMoreThanC) {
   EXPECT_EQ(text(formatDouble(1234567, 0, 6, FMT_GENERAL)), "1.234567e+06");
   EXPECT_EQ(text(formatDouble(1234567, 0, 6, FMT_GENERAL_UPPER)), "1.234567E+06");

@@ -1,28 +1,13 @@
 // Numbers out of text.
 #include <charconv>
-#include <cstring>
 
 #include "locale/numbers_support.h"
+#include "support/parsed.h"
 
 namespace {
 
 using test::missing;
-
-template <class Value>
-struct Parsed {
-  NlsStatus status;
-  Value value;
-  int32_t consumed;
-  // Bits, so that missing values and signs of zeros count.
-  bool operator==(const Parsed& other) const {
-    return status == other.status && consumed == other.consumed && std::memcmp(&value, &other.value, sizeof value) == 0;
-  }
-};
-
-template <class Value>
-std::ostream& operator<<(std::ostream& out, const Parsed<Value>& parsed) {
-  return out << "{" << std::hex << parsed.status << std::dec << ", " << parsed.value << ", " << parsed.consumed << "}";
-}
+using test::Parsed;
 
 class NumberParsers : public test::Numbers {
  protected:

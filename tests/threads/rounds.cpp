@@ -10,6 +10,7 @@
 
 #include "bounds/routes.h"
 #include "core/qznlsstub.h"
+#include "support/conversion.h"
 
 namespace threads_test {
 
@@ -31,22 +32,6 @@ struct Job {
   NlsStatus status = 0;
 };
 
-struct Converted {
-  NlsStatus status;
-  Bytes bytes;
-};
-
-Converted convert(TranscodingPipeline* pipeline, const Bytes& text) {
-  Bytes output(5 * text.size() + 16);
-  uint32_t written = 0;
-  TranscodeProgress progress{};
-  const NlsStatus status =
-      pipeline->transcodeResumable(pipeline, text.data(), static_cast<uint32_t>(text.size()), output.data(),
-                                   static_cast<uint32_t>(output.size()), &written, &progress, nullptr);
-  output.resize(written);
-  return {status, output};
-}
-
 using Choice = bool (*)(const Route& route);
 
 bool every(const Route&) { return true; }
@@ -66,7 +51,7 @@ std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, Choice isChosen
     if (!isChosen(route)) continue;
     for (const size_t length : lengths) {
       Job job{&route, makeText(route.source.kind, Condition::damaged, 3, length)};
-      Converted alone = convert(route.pipeline(), job.text);
+      test::Converted alone = test::convertWhole(route.pipeline(), job.text);
       job.wanted = std::move(alone.bytes);
       job.status = alone.status;
       jobs.push_back(std::move(job));
@@ -77,7 +62,7 @@ std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, Choice isChosen
 
 bool succeeds(TranscodingPipeline* pipeline, const Job& job) {
   if (pipeline == nullptr) return false;
-  const Converted converted = convert(pipeline, job.text);
+  const test::Converted converted = test::convertWhole(pipeline, job.text);
   return converted.status == job.status && converted.bytes == job.wanted;
 }
 

@@ -7,6 +7,7 @@
 namespace gen {
 
 void checkFixedValues(const std::vector<LocaleData>& rows);
+void checkKnownOverrides(const std::string& path, const std::vector<LocaleData>& rows);
 void checkFigures(const std::string& path, const std::vector<LocaleData>& rows);
 
 namespace {
@@ -39,6 +40,8 @@ void checkItems(const std::string& path, const LocaleData& row) {
 
 void checkSigns(const LocaleData& row) {
   const Text& group = row.text("groupSeparator");
+  require(Text(u".,\u066B").find(row.text("decimalPoint")) != Text::npos, placeOf(row, "decimalPoint"),
+          "a decimal point is one of . , U+066B");
   require(Text(u",.\u00A0'\u066C").find(group) != Text::npos, placeOf(row, "groupSeparator"),
           "groups are separated by one of , . ' U+00A0 U+066C");
   require(group != row.text("decimalPoint"), placeOf(row, "groupSeparator"),
@@ -68,8 +71,10 @@ Text itemsOf(const Place& place, const Text& format) {
   return items;
 }
 
+using ItemGroups = std::vector<std::u16string_view>;
+
 // True if each group of `groups` (as "d mbB yY") gives exactly one item, and `items` has no others.
-bool hasOneOfEach(const Text& items, std::initializer_list<std::u16string_view> groups) {
+bool hasOneOfEach(const Text& items, const ItemGroups& groups) {
   size_t count = 0;
   for (const std::u16string_view group : groups) {
     const auto found =
@@ -121,6 +126,43 @@ void checkFormats(const LocaleData& row, const LowerCase& lower) {
           row.key() + " reads its pmText as amText");
 }
 
+// ---- formats of items alone, which the library hands out and doesn't parse ----
+
+const ItemGroups kFullItems = {u"A", u"d", u"mB", u"yY"};
+const ItemGroups kMonthYearItems = {u"mbB", u"yY"};
+const ItemGroups kMonthDayItems = {u"mbB", u"d"};
+const ItemGroups kPeriodItems[] = {{u"yY"}, {u"yY"}, {u"qQ", u"yY"}, {u"qQ", u"yY"}, {u"U", u"gG"}, {u"U", u"gG"}};
+
+// "one %d, one of %q %Q".
+std::string namesOf(const ItemGroups& groups) {
+  std::string names;
+  for (const std::u16string_view group : groups) {
+    if (!names.empty()) names += ", ";
+    names += group.size() > 1 ? "one of" : "one";
+    for (const char16_t item : group) names += std::string(" %") + static_cast<char>(item);
+  }
+  return names;
+}
+
+void checkItemsOf(const LocaleData& row, const std::string& field, const Text& format, const ItemGroups& groups) {
+  const Place place = placeOf(row, field);
+  require(hasOneOfEach(itemsOf(place, format), groups), place,
+          escape(format) + " of " + field + " needs " + namesOf(groups) + ", and no other items");
+}
+
+void checkItemFormats(const LocaleData& row) {
+  const LocaleFacts& facts = *row.facts;
+  checkItemsOf(row, "dateFormatFull", facts.text("dateFormatFull"), kFullItems);
+  for (const char* field : {"monthYearFormat", "monthYearFormatShort"}) {
+    checkItemsOf(row, field, facts.text(field), kMonthYearItems);
+  }
+  for (const char* field : {"monthDayFormat", "monthDayFormatShort"}) {
+    checkItemsOf(row, field, facts.text(field), kMonthDayItems);
+  }
+  const std::vector<Text>& periods = facts.list("periodFormats");
+  for (size_t i = 0; i < periods.size(); ++i) checkItemsOf(row, "periodFormats", periods[i], kPeriodItems[i]);
+}
+
 }  // namespace
 
 void checkLocaleData(const std::string& data, const std::vector<LocaleData>& rows) {
@@ -132,8 +174,10 @@ void checkLocaleData(const std::string& data, const std::vector<LocaleData>& row
     checkItems(path, row);
     checkSigns(row);
     checkFormats(row, lower);
+    checkItemFormats(row);
   }
   checkFixedValues(rows);
+  checkKnownOverrides(path, rows);
   checkFigures(path, rows);
 }
 

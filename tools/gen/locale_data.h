@@ -18,6 +18,7 @@ using Text = std::u16string;
 struct Fact {
   Place place;
   std::vector<Text> texts;
+  bool known = false;  // by its origin: a value that callers rely on
 };
 
 // All facts of one row of locale data. Only fields that are derived can be missing.

@@ -122,10 +122,12 @@ Table readTable(const std::string& path, size_t fields, const std::vector<std::s
     require(known.contains(line.field(0)), line.place, "no locale or language has the name " + line.field(0));
     const FieldKind* kind = kindOf(line.field(1));
     require(kind != nullptr, line.place, "no field has the name " + line.field(1));
+    Fact fact = readFact(line, *kind);
     if (fields == 4) {
-      require(line.field(3) == "known" || line.field(3) == "ours", line.place, "an origin is \"known\" or \"ours\"");
+      fact.known = line.field(3) == "known";
+      require(fact.known || line.field(3) == "ours", line.place, "an origin is \"known\" or \"ours\"");
     }
-    require(table.emplace(std::pair(line.field(0), line.field(1)), readFact(line, *kind)).second, line.place,
+    require(table.emplace(std::pair(line.field(0), line.field(1)), std::move(fact)).second, line.place,
             line.field(0) + " has two lines for " + line.field(1));
   }
   return table;

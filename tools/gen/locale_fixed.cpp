@@ -1,4 +1,7 @@
 // Figures and values of locale data that callers rely on.
+#include <algorithm>
+#include <map>
+
 #include "locale_data.h"
 
 namespace gen {
@@ -86,6 +89,8 @@ const FixedField kFixedFields[] = {
     {"ar_IN", "currencyGrouping", u"2;3"},
 };
 
+constexpr size_t kKnownOverrides = 18;
+
 constexpr char kFontNames[] = "COMPLEX|SIMPLEX|ITALIC|BRUSH|SIMPLEX|BRUSH|SIMPLEX|COMPLEX|SWISS|ITALIC";
 
 // Items of a row, or of all, from an index on, with "|" between them, and the field that they are made of.
@@ -103,7 +108,8 @@ const FixedItems kFixedItems[] = {
     {"en_US", 0, "languageName", "English_UnitedStates|English|en|UnitedStates|en|US"},
     {"en_US", 6, "dateFormatShort", "MDY"},
     {"en_US", 7, "paperName", "LETTER"},
-    {"en_US", 8, "deviceFont", "||||"},
+    {"en_US", 8, "deviceFont", "|||"},
+    {"en_US", 12, "languageTag", ""},
     {"en_US", 18, "fontNames", kFontNames},
     {"en_US", 28, "dateFormatLong", "%B %d, %Y|%m/%d/%Y"},
     {"en_US", 45, "periodFormats", "%Q %Y|%q %y|Week %U %G|W%U %g"},
@@ -146,7 +152,9 @@ Text joined(const std::vector<Text>& list) {
 
 void requireItems(const LocaleData& row, const FixedItems& items) {
   size_t index = items.first;
-  for (const std::string& text : split(items.texts, '|')) {
+  std::vector<std::string> texts = split(items.texts, '|');
+  if (texts.empty()) texts.emplace_back();
+  for (const std::string& text : texts) {
     require(row.items[index] == text, placeOf(row, items.field),
             "item " + std::to_string(index) + " of " + row.key() + " is fixed as \"" + text + "\"");
     ++index;
@@ -171,6 +179,17 @@ void checkCustoms(const LocaleData& row) {
   require(suffix.empty() || suffix == u"-san", placeOf(row, "nameSuffix"), "a name's suffix is -san, or empty");
 }
 
+template <class Fixed>
+bool concerns(const Fixed& fixed, const LocaleData& row) {
+  return fixed.key == row.key() || fixed.key == std::string("*");
+}
+
+bool isFixed(const LocaleData& row, const std::string& field) {
+  const auto fixes = [&](const auto& fixed) { return fixed.field == field && concerns(fixed, row); };
+  return std::any_of(std::begin(kFixedFields), std::end(kFixedFields), fixes) ||
+         std::any_of(std::begin(kFixedItems), std::end(kFixedItems), fixes);
+}
+
 }  // namespace
 
 void checkFigures(const std::string& path, const std::vector<LocaleData>& rows) {
@@ -181,14 +200,34 @@ void checkFigures(const std::string& path, const std::vector<LocaleData>& rows) 
   }
 }
 
+void checkKnownOverrides(const std::string& path, const std::vector<LocaleData>& rows) {
+  struct Known {
+    Place place;
+    bool fixed = false;
+  };
+  std::map<int, Known> lines;
+  for (const LocaleData& row : rows) {
+    for (const auto& [field, fact] : row.facts->fields) {
+      if (!fact.known) continue;
+      Known& known = lines[fact.place.line];
+      known.place = fact.place;
+      known.fixed = known.fixed || isFixed(row, field);
+    }
+  }
+  for (const auto& [number, known] : lines) {
+    require(known.fixed, known.place, "a value that is known is fixed in tools/gen/locale_fixed.cpp; this one is ours");
+  }
+  requireCount(path, lines.size(), kKnownOverrides, "known overrides");
+}
+
 void checkFixedValues(const std::vector<LocaleData>& rows) {
   for (const LocaleData& row : rows) {
     for (const FixedField& fixed : kFixedFields) {
-      require(row.key() != fixed.key || joined(row.record.at(fixed.field)) == fixed.value, placeOf(row, fixed.field),
+      require(!concerns(fixed, row) || joined(row.record.at(fixed.field)) == fixed.value, placeOf(row, fixed.field),
               std::string(fixed.field) + " of " + fixed.key + " is fixed as \"" + escape(fixed.value) + "\"");
     }
     for (const FixedItems& items : kFixedItems) {
-      if (items.key == row.key() || items.key == std::string("*")) requireItems(row, items);
+      if (concerns(items, row)) requireItems(row, items);
     }
     checkFonts(row);
     checkCustoms(row);

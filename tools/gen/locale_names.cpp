@@ -65,14 +65,6 @@ void checkLocaleIds(const std::vector<LocaleName>& names) {
   }
 }
 
-std::string normalCodeset(const std::string& name) {
-  std::string normal;
-  for (const char c : name) {
-    if (c != '-' && c != '_') normal += isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-  }
-  return normal;
-}
-
 }  // namespace
 
 void requireRows(const std::string& path, size_t rows, size_t expected) {
@@ -183,19 +175,6 @@ std::vector<LanguageName> readWindowsLanguages(const std::string& data) {
   }
   requireRows(path, rows.size(), kWindowsLanguages);
   requireFixedWindowsLanguages(rows);
-  return rows;
-}
-
-std::vector<Codeset> readCodesets(const std::string& data) {
-  std::vector<Codeset> rows;
-  for (const Line& line : readLines(data + "/locale/codesets.tsv")) {
-    requireFields(line, 3);
-    const Codeset row{line.field(0), parseDecimal(line, line.field(1), 1, 0xFFFF)};
-    requireText(line.place, row.name, kNameCapacity);
-    require(normalCodeset(row.name) == row.name, line.place, "a codeset stands in lower case without \"-\" and \"_\"");
-    require(rows.empty() || rows.back().name < row.name, line.place, "rows ascend by codeset");
-    rows.push_back(row);
-  }
   return rows;
 }
 
