@@ -22,12 +22,14 @@ missing values. Whole numbers of hex and octal may have 0x in front. A date is 2
 that begins with "-" and no digit stands behind "--".
 
 Without --as and --precision a number has as many digits as bring it back, without --precision an amount and a percent
-those of the locale's pattern. Conversions best, field and field-exponent fill a field of --width, or of 12.
+those of the locale's pattern. These kinds take no precision of 99, which the library reads as --as best. Conversions best,
+field and field-exponent fill a field of --width, or of 12.
 
 Items of --format: %d %e day, %m %o month, %b %B its names, %Y year, %a %A day of the week, %w its number, %H %I hour,
 %M minute, %S second, %p half of the day, %% percent sign. A date has no items of a time.
 
-Standard error gets the status of a VALUE that can't be formatted, and the character at which it shows.
+Standard error gets the status of a VALUE that can't be formatted, and the character at which it shows,
+the first where the value as a whole is at fault, as one out of range. A field that is too narrow has no such character.
 
 Exit status: 0 all done; 1 some VALUE wasn't formatted, or not as asked for; 2 wrong usage.)";
 
@@ -41,7 +43,8 @@ are read in dates too, and left.
 
 A group separator in an integer takes the character behind it with it, which a warning tells; a number has no such trap.
 
-Standard error gets the status of a TEXT that can't be read, the character at which it shows, and what should stand there.
+Standard error gets the status of a TEXT that can't be read, the character at which it shows, and what should stand there;
+of 30 February and its like that is the first character.
 
 Exit status: 0 all read; 1 some TEXT wasn't; 2 wrong usage.)";
 
@@ -88,8 +91,17 @@ CLI::Option* addNumber(CLI::App& command, const std::string& option, std::option
       ->type_name("N");
 }
 
+// A text that may be empty, which isn't the same as none.
+CLI::Option* addText(CLI::App& command, const std::string& option, std::optional<std::string>& target,
+                     const std::string& help, const std::string& typeName) {
+  return command
+      .add_option_function<std::string>(
+          option, [&target](const std::string& text) { target = text; }, help)
+      ->type_name(typeName);
+}
+
 void addCommon(CLI::App& command, ValueArguments& arguments, std::vector<std::string> kinds, const char* textName) {
-  command.add_option("-l,--locale", arguments.locale, "Any name of a locale; else the host's")->type_name("NAME");
+  addText(command, "-l,--locale", arguments.locale, "Any name of a locale; else the host's", "NAME");
   const auto setReport = [&arguments](const std::string& word) {
     arguments.report = word == "json" ? ReportFormat::json : ReportFormat::text;
   };
@@ -126,7 +138,7 @@ void LocaleCommands::checkLimits(Kind kind) const {
 
 void LocaleCommands::addLocales(CLI::App& app) {
   locales_ = app.add_subcommand("locales", "Show the table of locales, or all about one locale, with examples");
-  locales_->add_option("name", name_, "Any name of a locale")->type_name("NAME");
+  addText(*locales_, "name", name_, "Any name of a locale", "NAME");
   locales_->add_flag("--json", json_, "Print JSON");
   locales_->footer(localesNotes);
   locales_->fallthrough();
@@ -180,11 +192,8 @@ void LocaleCommands::addFormat(CLI::App& app) {
                          "Of dates and datetimes: short, medium, long, full; of times: 12, 24")
             ->type_name("FORM"),
         dateKinds);
-  limit(format_
-            ->add_option_function<std::string>(
-                "--format", [&options](const std::string& format) { options.date.format = format; },
-                "A format of your own, of characters and the items below")
-            ->type_name("FORMAT"),
+  limit(addText(*format_, "--format", options.date.format, "A format of your own, of characters and the items below",
+                "FORMAT"),
         dateKinds);
   format_->footer(formatNotes);
 }
@@ -198,11 +207,7 @@ void LocaleCommands::addParse(CLI::App& app) {
   limit(parse_->add_option("--form", date.form, "Of dates and datetimes: short, medium, long, full; of times: 12, 24")
             ->type_name("FORM"),
         dateKinds);
-  limit(parse_
-            ->add_option_function<std::string>(
-                "--format", [&date](const std::string& format) { date.format = format; },
-                "A format of your own, of characters and items")
-            ->type_name("FORMAT"),
+  limit(addText(*parse_, "--format", date.format, "A format of your own, of characters and items", "FORMAT"),
         dateKinds);
   limit(parse_->add_flag("--count", parseArguments_.count,
                          "Dates as a number of days, times and datetimes as one of seconds"),

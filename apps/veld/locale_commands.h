@@ -33,7 +33,7 @@ class LocaleCommands {
   CLI::App* locales_ = nullptr;
   CLI::App* format_ = nullptr;
   CLI::App* parse_ = nullptr;
-  std::string name_;
+  std::optional<std::string> name_;
   bool json_ = false;
   FormatArguments formatArguments_;
   ParseArguments parseArguments_;

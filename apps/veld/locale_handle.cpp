@@ -44,6 +44,21 @@ std::string nearestLocales(QZNLS& nls, const std::string& name) {
   return listed(names);
 }
 
+// Whether a name tells more than a language: a country, or in a number of Windows what stands above the language.
+bool tellsCountry(const std::string& name) {
+  constexpr uint32_t greatestLanguage = 0x3FF;
+  if (name.find_first_of("_-") != std::string::npos) return true;
+  const size_t colon = name.find(':');
+  if (colon == std::string::npos) return false;
+  uint32_t number = 0;
+  for (const char c : name.substr(colon + 1)) {
+    if (c == ' ') continue;
+    if (c < '0' || c > '9') break;
+    number = number * 10 + static_cast<uint32_t>(c - '0');
+  }
+  return number > greatestLanguage;
+}
+
 bool isEscape(std::string_view text) {
   return text.size() > escapeEnd && text[0] == '<' && (text[1] == 'U' || text[1] == 'u') && text[escapeEnd] == '>';
 }
@@ -64,8 +79,8 @@ const LocaleNameRow& findLocale(QZNLS& nls, const std::string& name) {
   const LocaleNameRow* row = nullptr;
   const NlsStatus status =
       nls.findLocaleEntry(&nls, units.data(), static_cast<int32_t>(units.size()), NLS_LOCALE_WIDE, &row);
-  if (status == nlsLocaleApproximated && name.find_first_of("_-") != std::string::npos) {
-    std::cerr << "veld: no locale is called \"" << name << "\"; the one of its language stands in, "
+  if (status == nlsLocaleApproximated && tellsCountry(name)) {
+    std::cerr << "veld: no locale is called \"" << onOneLine(name) << "\"; the one of its language stands in, "
               << posixName(nls, localeRow(nls, row->localeId)) << '\n';
   }
   // The row of a language may have a retired name, which makes no locale.

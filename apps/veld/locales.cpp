@@ -151,8 +151,8 @@ void printOne(QZNLS& nls, const std::string& name, Format format) {
 
 }  // namespace
 
-void printLocales(QZNLS& nls, const std::string& name, Format format) {
-  if (!name.empty()) return printOne(nls, name, format);
+void printLocales(QZNLS& nls, const std::optional<std::string>& name, Format format) {
+  if (name) return printOne(nls, *name, format);
   if (format == Format::text) return printTable(nls);
   Json rows = Json::array();
   for (int32_t id = 0; id < NLS_LOCALE_COUNT; ++id) {

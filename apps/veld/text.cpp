@@ -1,5 +1,6 @@
 #include "text.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <sstream>
 
@@ -12,9 +13,29 @@ constexpr size_t bytesPerUnit = 3;
 constexpr uint8_t firstGraphic = 0x20;
 constexpr uint8_t deleteCharacter = 0x7F;
 
-}  // namespace
+// F4 80 80 80 to F4 8F BF BF.
+constexpr size_t plane16Length = 4;
 
-std::u16string toUtf16(QZNLS& nls, std::string_view text) {
+bool isPlane16(std::string_view text) {
+  const auto byte = [&](size_t i) { return static_cast<uint8_t>(text[i]); };
+  const auto isTrail = [&](size_t i) { return (byte(i) & 0xC0) == 0x80; };
+  return text.size() >= plane16Length && byte(0) == 0xF4 && (byte(1) & 0xF0) == 0x80 && isTrail(2) && isTrail(3);
+}
+
+size_t findPlane16(std::string_view text) {
+  size_t place = text.find('\xF4');
+  while (place != std::string_view::npos && !isPlane16(text.substr(place))) place = text.find('\xF4', place + 1);
+  return std::min(place, text.size());
+}
+
+std::u16string pairOfPlane16(std::string_view sequence) {
+  char32_t character = 0;
+  for (const char c : sequence.substr(1, plane16Length - 1))
+    character = character << 6 | (static_cast<uint8_t>(c) & 0x3F);
+  return {static_cast<char16_t>(0xDBC0 | character >> 10), static_cast<char16_t>(0xDC00 | (character & 0x3FF))};
+}
+
+std::u16string decode(QZNLS& nls, std::string_view text) {
   std::u16string units(text.size(), u'\0');
   uint32_t written = 0;
   TranscodeProgress progress{};
@@ -24,6 +45,18 @@ std::u16string toUtf16(QZNLS& nls, std::string_view text) {
   // The library waits for more behind bytes at the end that announce it.
   if (progress.heldCount > 0) units += u'\uFFFD';
   return units;
+}
+
+}  // namespace
+
+// Of a character of plane 16 the library writes the low 16 bits alone.
+std::u16string toUtf16(QZNLS& nls, std::string_view text) {
+  std::u16string units;
+  for (size_t place = findPlane16(text); place < text.size(); place = findPlane16(text)) {
+    units += decode(nls, text.substr(0, place)) + pairOfPlane16(text.substr(place));
+    text.remove_prefix(place + plane16Length);
+  }
+  return units + decode(nls, text);
 }
 
 std::string toUtf8(QZNLS& nls, std::u16string_view text) {

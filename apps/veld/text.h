@@ -1,4 +1,5 @@
-// Text between the command line (UTF-8) and the library (UTF-16), converted by the library itself.
+// Text between the command line (UTF-8) and the library (UTF-16), converted by the library itself but for characters
+// of plane 16, which it doesn't read whole.
 #pragma once
 
 #include <string>

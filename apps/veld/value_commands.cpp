@@ -3,12 +3,20 @@
 #include "plain_values.h"
 #include "text.h"
 #include "value_report.h"
+#include "veldnls/status.h"
 
 namespace veld {
 
 namespace {
 
-std::string localeName(QZNLS& nls, const std::string& name) { return name.empty() ? hostLocale(nls) : name; }
+std::string localeName(QZNLS& nls, const std::optional<std::string>& name) { return name ? *name : hostLocale(nls); }
+
+// A fault without a place lies in the value as a whole, if not in the field that it was to fill.
+Fault placed(Fault fault, std::u16string_view text) {
+  const bool isOfField = fault.status == nlsFieldTooNarrow || fault.status == nlsDigitsLost;
+  if (!fault.place && !isOfField) fault.place = skipBlanks(text, 0);
+  return fault;
+}
 
 // Reports every text: `read` takes it for a value, and `write` makes a text of that; it may add to the outcome.
 template <class ReadText, class WriteValue>
@@ -22,6 +30,7 @@ int reportTexts(QZNLS& nls, const ValueArguments& arguments, ReadText read, Writ
       outcome.result = written.text;
       outcome.fault = written.fault;
     }
+    if (outcome.fault) outcome.fault = placed(*outcome.fault, text.units);
     report.add(text, outcome);
   });
   return report.result();

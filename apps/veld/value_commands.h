@@ -1,6 +1,7 @@
 // veld format and veld parse: values as text of a locale, and back.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,7 @@
 namespace veld {
 
 struct ValueArguments {
-  std::string locale = {};  // empty: the host's
+  std::optional<std::string> locale = {};  // else the host's
   Kind kind = Kind::number;
   std::vector<std::string> texts = {};  // empty: the lines of standard input
   ReportFormat report = ReportFormat::text;

@@ -1,5 +1,6 @@
 #include "value_reader.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "veldnls/number_flags.h"
@@ -10,11 +11,6 @@ namespace veld {
 namespace {
 
 int32_t sizeOf(std::u16string_view text) { return static_cast<int32_t>(text.size()); }
-
-size_t skipBlanks(std::u16string_view text, size_t from) {
-  const size_t found = text.find_first_not_of(u" \t", from);
-  return found == std::u16string_view::npos ? text.size() : found;
-}
 
 Fault at(Fault fault, size_t place) {
   fault.place = place;
@@ -33,7 +29,20 @@ size_t unitsOf(std::u16string_view text, size_t consumed, char16_t separator) {
 
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
+// Parentheses are a sign already, and missing values have none.
+std::optional<Fault> faultInParentheses(std::u16string_view text, size_t start, double value) {
+  const size_t first = skipBlanks(text, start);
+  const bool isSign = text[first] == u'-' || text[first] == u'+';
+  if (!isSign && !std::isnan(value)) return {};
+  return at(faultOf(nlsNoDigits), first);
+}
+
 }  // namespace
+
+size_t skipBlanks(std::u16string_view text, size_t from) {
+  const size_t found = text.find_first_not_of(u" \t", from);
+  return found == std::u16string_view::npos ? text.size() : found;
+}
 
 Read readNatural(Locale& locale, std::u16string_view text, bool isHex) {
   QZLocale* l = locale.slots();
@@ -106,29 +115,38 @@ Read ValueReader::readInteger(std::u16string_view text) {
   return read;
 }
 
+// The number of an amount or percent, from start to end. No number is a missing value, but not beside signs.
+Read ValueReader::readBare(std::u16string_view text, size_t start, size_t end, bool hasSigns) {
+  const std::u16string_view bare = text.substr(start, end - start);
+  Read read = readNumber(bare, start);
+  if (hasSigns && skipBlanks(bare, 0) == bare.size()) read.fault = at(faultOf(nlsNoDigits), end);
+  return read;
+}
+
 Read ValueReader::readMoney(std::u16string_view text) {
   const std::u16string_view symbol = viewOf(locale_.record().currency.currencySymbol);
   const size_t start = skipBlanks(text, 0);
   if (text.substr(start, symbol.size()) == symbol) {
-    return readNumber(text.substr(start + symbol.size()), start + symbol.size());
+    return readBare(text, start + symbol.size(), text.size(), !symbol.empty());
   }
   const size_t end = text.find_last_not_of(u" \t") + 1;
   const bool isBehind = end >= symbol.size() && text.substr(end - symbol.size(), symbol.size()) == symbol;
-  return readNumber(text.substr(0, isBehind ? end - symbol.size() : text.size()), 0);
+  return readBare(text, 0, isBehind ? end - symbol.size() : text.size(), isBehind);
 }
 
 Read ValueReader::readPercent(std::u16string_view text) {
   size_t start = skipBlanks(text, 0);
-  size_t end = text.find_last_not_of(u" \t") + 1;
-  const bool isNegative = end > start && text[start] == u'(' && text[end - 1] == u')';
+  size_t end = std::max(start, text.find_last_not_of(u" \t") + 1);
+  const size_t length = end - start;
+  const bool isNegative = length > 1 && text[start] == u'(' && text[end - 1] == u')';
   if (isNegative) {
     ++start;
     --end;
   }
   const char16_t sign = locale_.record().percent.percentSign;
   if (end > start && (text[end - 1] == u'%' || text[end - 1] == sign)) --end;
-  if (end < start) end = start;
-  Read read = readNumber(text.substr(start, end - start), start);
+  Read read = readBare(text, start, end, end - start < length);
+  if (isNegative && !read.fault) read.fault = faultInParentheses(text, start, read.value.number);
   // Missing values stay as they are.
   if (!std::isnan(read.value.number)) read.value.number /= isNegative ? -100 : 100;
   return read;
@@ -164,7 +182,7 @@ Fault ValueReader::whereDateFails(std::u16string_view text) {
   const NlsText60 kept = scratch;
   const NlsText60 whole = *slot_.format;
   const std::u16string_view format = viewOf(whole);
-  Fault fault = at(faultOf(nlsDateResultMissing), skipBlanks(text, 0));
+  Fault fault = at(faultOf(nlsDateResultMissing), std::min(text.find_first_not_of(u' '), text.size()));
   size_t place = *fault.place;
   for (const FormatPart& part : partsOf(format)) {
     setFormat(scratch, format.substr(0, part.end));

@@ -15,6 +15,9 @@ struct Read {
   std::string warning = {};  // what the value doesn't tell
 };
 
+// The first place from here on that holds no blank or tab.
+size_t skipBlanks(std::u16string_view text, size_t from);
+
 // Whole numbers in hexadecimal or decimal, with blanks around them.
 Read readNatural(Locale& locale, std::u16string_view text, bool isHex);
 
@@ -29,6 +32,7 @@ class ValueReader {
 
  private:
   Read readNumber(std::u16string_view text, size_t offset);
+  Read readBare(std::u16string_view text, size_t start, size_t end, bool hasSigns);
   Read readInteger(std::u16string_view text);
   Read readMoney(std::u16string_view text);
   Read readPercent(std::u16string_view text);

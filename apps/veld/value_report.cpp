@@ -93,7 +93,7 @@ void ValueReport::addSentences(const Text& text, const Outcome& outcome) {
   std::cerr << front(text);
   if (fault.status != 0) std::cerr << statusText(fault.status) << ": ";
   if (fault.place) std::cerr << "character " << characterAt(text.units, *fault.place) + 1 << ": ";
-  std::cerr << fault.reason << '\n';
+  std::cerr << onOneLine(fault.reason) << '\n';
   printMarked(nls_, text.units, fault.place);
 }
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <string_view>
 
+#include "failure.h"
 #include "veldnls/number_flags.h"
 #include "veldnls/status.h"
 
@@ -21,6 +21,8 @@ constexpr int32_t fieldWidth = 12;
 // Numbers from here to there are shown without an exponent.
 constexpr double leastPlain = 1e-7;
 constexpr double greatestPlain = 1e21;
+// The precision of a double that the library takes for another conversion, FMT_BEST.
+constexpr int32_t precisionOfBest = 99;
 
 // A call of a formatter. The last place of a field that is left-justified isn't written: it shows as a blank.
 template <typename Call>
@@ -34,38 +36,22 @@ Written run(const Call& call) {
   return {{}, faultOf(status)};
 }
 
-struct Digits {
-  size_t significant = 0;
-  size_t fraction = 0;
-};
-
-// Of the shortest decimal number that stands for the value, written with or without an exponent.
-Digits shortestDigits(double value, std::chars_format form) {
-  std::array<char, 512> text;
-  const char* end = std::to_chars(text.data(), text.data() + text.size(), value, form).ptr;
-  Digits digits;
-  bool behindPoint = false;
-  for (const char* c = text.data(); c != end && *c != 'e'; ++c) {
-    if (*c == '.') behindPoint = true;
-    if (*c < '0' || *c > '9') continue;
-    ++digits.significant;
-    if (behindPoint) ++digits.fraction;
-  }
-  return digits;
+// Digits behind the point of the shortest decimal number that stands for the value, written with or without an
+// exponent.
+int32_t shortestFraction(double value, std::chars_format form) {
+  if (!std::isfinite(value)) return 0;
+  std::array<char, 512> room;
+  const char* end = std::to_chars(room.data(), room.data() + room.size(), value, form).ptr;
+  const std::string_view text(room.data(), static_cast<size_t>(end - room.data()));
+  const std::string_view digits = text.substr(0, text.find('e'));
+  const size_t point = digits.find('.');
+  return point == std::string_view::npos ? 0 : static_cast<int32_t>(digits.size() - point - 1);
 }
 
-struct Shown {
-  uint32_t conversion;
-  int32_t precision;
-};
-
-Shown shortest(double value) {
-  const double size = std::fabs(value);
-  if (value == 0 || std::isnan(value) || (size >= leastPlain && size < greatestPlain)) {
-    const size_t digits = std::isnan(value) ? 0 : shortestDigits(value, std::chars_format::fixed).fraction;
-    return {FMT_FIXED, static_cast<int32_t>(digits)};
-  }
-  return {FMT_GENERAL, static_cast<int32_t>(shortestDigits(value, std::chars_format::scientific).significant)};
+void checkPrecision(Kind kind, std::optional<int32_t> precision) {
+  const bool isDouble = kind == Kind::number || kind == Kind::money || kind == Kind::percent;
+  if (!isDouble || precision != precisionOfBest) return;
+  throw Failure("--precision 99 is no count of digits here: the library takes it for --as best; ask for 98 or 100");
 }
 
 uint32_t conversionFlag(Conversion conversion, bool upper) {
@@ -120,6 +106,7 @@ Written writeDate(Locale& locale, Kind kind, const DateSlot& slot, const Value& 
 
 ValueWriter::ValueWriter(QZNLS& nls, Locale& locale, Kind kind, const WriteOptions& options)
     : locale_(locale), kind_(kind), options_(options) {
+  checkPrecision(kind, options.precision);
   if (!isDateKind(kind)) return;
   slot_ = chooseFormat(nls, locale, kind, options.date);
   checkWritable(nls, locale, kind, slot_);
@@ -148,12 +135,36 @@ uint32_t ValueWriter::flags(bool groups) const {
 }
 
 Written ValueWriter::writeNumber(double value) {
+  if (options_.conversion == Conversion::shortest && !options_.precision) return writeShortest(value);
+  return showNumber(value, conversionFlag(options_.conversion, options_.upper), options_.precision.value_or(-1));
+}
+
+Written ValueWriter::writeShortest(double value) {
+  const double size = std::fabs(value);
+  if (value == 0 || std::isnan(value) || (size >= leastPlain && size < greatestPlain)) {
+    return showNumber(value, FMT_FIXED, shortestFraction(value, std::chars_format::fixed));
+  }
+  const uint32_t conversion = conversionFlag(Conversion::exponent, options_.upper);
+  const int32_t fraction = shortestFraction(value, std::chars_format::scientific);
+  Written written = showNumber(value, conversion, fraction);
+  // Below a power of two doubles lie closer: the nearest number of so few digits may stand for the one below.
+  return comesBack(written, value) ? written : showNumber(value, conversion, fraction + 1);
+}
+
+bool ValueWriter::comesBack(const Written& written, double value) {
   QZLocale* l = locale_.slots();
-  Shown shown{conversionFlag(options_.conversion, options_.upper), options_.precision.value_or(-1)};
-  if (options_.conversion == Conversion::shortest && !options_.precision) shown = shortest(value);
+  double read = 0;
+  int32_t consumed = 0;
+  return written.text &&
+         l->parseDouble(l, written.text->data(), static_cast<int32_t>(written.text->size()), &read, &consumed) == 0 &&
+         read == value;
+}
+
+Written ValueWriter::showNumber(double value, uint32_t conversion, int32_t precision) {
+  QZLocale* l = locale_.slots();
   const int32_t width = options_.width.value_or(fillsField(options_.conversion) ? fieldWidth : 0);
   return run([&](char16_t* output, int32_t room, int32_t* length) {
-    return l->formatDouble(l, value, width, shown.precision, shown.conversion | flags(true), output, room, length);
+    return l->formatDouble(l, value, width, precision, conversion | flags(true), output, room, length);
   });
 }
 
@@ -183,18 +194,21 @@ Written ValueWriter::writePercent(double value) {
   });
 }
 
-// A field is filled with zeros only where no least count of digits is asked for, and zero then has no digit at all.
-int32_t ValueWriter::leastDigits(bool isZero) const {
+// A field is filled with zeros only where no least count of digits is asked for. Zero then has no digit at all, and a
+// field with "0x" is a place too long: for these, `fillsWidth`, the least count is what the units in front leave.
+int32_t ValueWriter::leastDigits(bool fillsWidth, int32_t unitsInFront) const {
   if (options_.precision) return *options_.precision;
-  if ((options_.flags & FMT_ZERO) == 0) return 1;
-  return isZero ? std::max(1, std::abs(options_.width.value_or(0))) : 0;
+  const int32_t width = options_.width.value_or(0);
+  const bool hasZeros = (options_.flags & FMT_ZERO) != 0 && (options_.flags & FMT_LEFT) == 0 && width >= 0;
+  if (!hasZeros) return 1;
+  return fillsWidth ? std::max(1, width - unitsInFront) : 0;
 }
 
 Written ValueWriter::writeInteger(int64_t value) {
   QZLocale* l = locale_.slots();
+  const int32_t digits = leastDigits(value == 0, (options_.flags & (FMT_PLUS | FMT_SPACE)) != 0 ? 1 : 0);
   return run([&](char16_t* output, int32_t room, int32_t* length) {
-    return l->formatInt64(l, value, options_.width.value_or(0), leastDigits(value == 0), flags(false), output, room,
-                          length);
+    return l->formatInt64(l, value, options_.width.value_or(0), digits, flags(false), output, room, length);
   });
 }
 
@@ -204,9 +218,11 @@ Written ValueWriter::writeNatural(uint64_t value) {
   if (kind_ == Kind::hex) {
     base = (options_.upper ? FMT_HEX_UPPER : FMT_HEX) | (options_.prefix ? FMT_ALT_HEX : 0);
   }
+  constexpr int32_t prefixLength = 2;
+  const bool hasPrefix = (base & FMT_ALT_HEX) != 0;
+  const int32_t digits = leastDigits(value == 0 || hasPrefix, hasPrefix ? prefixLength : 0);
   return run([&](char16_t* output, int32_t room, int32_t* length) {
-    return l->formatUInt64(l, value, options_.width.value_or(0), leastDigits(value == 0), base | options_.flags, output,
-                           room, length);
+    return l->formatUInt64(l, value, options_.width.value_or(0), digits, base | options_.flags, output, room, length);
   });
 }
 

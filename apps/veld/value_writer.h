@@ -47,19 +47,22 @@ Written writeDate(Locale& locale, Kind kind, const DateSlot& slot, const Value& 
 
 class ValueWriter {
  public:
-  // Throws Failure for formats of dates that can't be used.
+  // Throws Failure for formats of dates and precisions that can't be used.
   ValueWriter(QZNLS& nls, Locale& locale, Kind kind, const WriteOptions& options);
 
   Written write(const Value& value);
 
  private:
   Written writeNumber(double value);
+  Written writeShortest(double value);
+  Written showNumber(double value, uint32_t conversion, int32_t precision);
+  bool comesBack(const Written& written, double value);
   Written writeMoney(double amount);
   Written writePercent(double value);
   Written writeInteger(int64_t value);
   Written writeNatural(uint64_t value);
   uint32_t flags(bool groups) const;
-  int32_t leastDigits(bool isZero) const;
+  int32_t leastDigits(bool fillsWidth, int32_t unitsInFront) const;
 
   Locale& locale_;
   Kind kind_;

@@ -29,6 +29,29 @@ TEST(VeldFormat, NumbersHaveTheDigitsThatBringThemBack) {
   EXPECT_EQ(number("1e20"), "100,000,000,000,000,000,000\n");
   EXPECT_EQ(number("1e300"), "1e+300\n");
   EXPECT_EQ(number("1.5e-10"), "1.5e-10\n");
+  EXPECT_EQ(number("1.7976931348623157e308"), "1.7976931348623157e+308\n");
+  EXPECT_EQ(formatted("en_US", "number", "-7.571968556055867e-74"), "-7.571968556055867e-74\n");
+  EXPECT_EQ(number("1e300", {"--upper"}), "1E+300\n");
+  EXPECT_EQ(number("1e300", {"--keep-zeros"}), "1e+300\n");
+}
+
+// Of these, powers of two, the first has a shortest text that isn't the nearest of its length.
+TEST(VeldFormat, PowersOfTwoGetADigitMoreWhereTheNearestTextIsAnothers) {
+  EXPECT_EQ(number("5.684341886080802e-14"), "5.6843418860808015e-14\n");
+  EXPECT_EQ(number("5.960464477539063e-08"), "5.960464477539063e-08\n");
+  EXPECT_EQ(number("1.1368683772161603e-13"), "1.1368683772161603e-13\n");
+}
+
+TEST(VeldFormat, APrecisionOf99IsForWholeNumbersAlone) {
+  for (const char* kind : {"number", "money", "percent"}) {
+    const Outcome outcome = formatIn("en_US", kind, {"1.5"}, {"--precision", "99"});
+    EXPECT_EQ(outcome.exitCode, 2) << kind;
+    EXPECT_EQ(outcome.output, "") << kind;
+    EXPECT_TRUE(contains(outcome.errors, "--precision 99")) << outcome.errors;
+  }
+  EXPECT_EQ(number("1.5", {"--precision", "98"}), "1.5" + times(97, "0") + "\n");
+  EXPECT_EQ(number("1.5", {"--precision", "100"}), "1.5" + times(99, "0") + "\n");
+  EXPECT_EQ(formatted("en_US", "integer", "5", {"--precision", "99"}), times(98, "0") + "5\n");
 }
 
 TEST(VeldFormat, ConversionsOfNumbers) {
@@ -43,6 +66,7 @@ TEST(VeldFormat, ConversionsOfNumbers) {
   EXPECT_EQ(number("1.5", {"--as", "field-exponent"}), " 1.50000E+00\n");
   EXPECT_EQ(number("1234.9", {"--as", "integer-part"}), "1,234\n");
   EXPECT_EQ(number("0.25", {"--as", "fraction-part", "--precision", "2"}), "0.25\n");
+  EXPECT_EQ(number("3.999", {"--as", "fraction-part", "--precision", "2"}), "1.00\n");
 }
 
 TEST(VeldFormat, WidthsAndFlags) {
@@ -71,6 +95,23 @@ TEST(VeldFormat, WholeNumbers) {
   EXPECT_EQ(integer("7", {"--precision", "3"}), "007\n");
   EXPECT_EQ(integer("0", {"--precision", "0"}), "\n");
   EXPECT_EQ(integer("7", {"--plus"}), "+7\n");
+}
+
+TEST(VeldFormat, ZerosFillTheWidthOfZeroAsOfOthers) {
+  const auto both = [](const char* kind, Words more) {
+    more.emplace_back("--zero");
+    return formatIn("en_US", kind, {"0", "5"}, more).output;
+  };
+  EXPECT_EQ(both("integer", {"--width", "8", "--plus"}), "+0000000\n+0000005\n");
+  EXPECT_EQ(both("integer", {"--width", "6", "--space"}), " 00000\n 00005\n");
+  EXPECT_EQ(both("integer", {"--width", "1", "--plus"}), "+0\n+5\n");
+  EXPECT_EQ(both("integer", {"--width", "-4"}), "0   \n5   \n");
+  EXPECT_EQ(both("integer", {"--width", "4", "--left"}), "0   \n5   \n");
+  EXPECT_EQ(both("integer", {}), "0\n5\n");
+  EXPECT_EQ(both("hex", {"--width", "8"}), "00000000\n00000005\n");
+  EXPECT_EQ(both("hex", {"--width", "8", "--prefix"}), "0x000000\n0x000005\n");
+  EXPECT_EQ(both("hex", {"--width", "-5", "--prefix"}), "0x0  \n0x5  \n");
+  EXPECT_EQ(both("octal", {"--width", "4", "--prefix"}), "0000\n0005\n");
 }
 
 TEST(VeldFormat, HexadecimalAndOctal) {
@@ -136,6 +177,17 @@ TEST(VeldFormat, FormatsOfTheUsersOwn) {
   EXPECT_EQ(formatted("en_US", "datetime", "0", {"--format", "%Y%m%d%H%M%S"}), "19600101000000\n");
 }
 
+TEST(VeldFormat, CharactersOfPlane16StayWhole) {
+  EXPECT_EQ(formatted("en_US", "date", "0", {"--format", "\U00100000%d\U0010DF0D|\U0010FFFF"}),
+            "\U00100000"
+            "01\U0010DF0D|\U0010FFFF\n");
+  EXPECT_EQ(formatted("en_US", "date", "0", {"--format", "\xF4\x8F\xBF%d\xF4\x90\x80\x80"}),
+            "\uFFFD"
+            "01\uFFFD\n");
+  EXPECT_EQ(formatIn("en_US", "number", {"1\U0010FFFFx"}).errors,
+            "veld: nlsNoDigits (0x803FE810): character 2: this is no part of a number\n  1\U0010FFFFx\n   ^\n");
+}
+
 TEST(VeldFormat, FormatsThatCantBeUsed) {
   const auto refused = [](const std::string& kind, const std::string& format) {
     return refusedFormat("format", kind, format);
@@ -153,7 +205,7 @@ TEST(VeldFormat, MissingValues) {
   for (const char* kind : {"date", "time", "datetime"}) {
     const Outcome outcome = formatIn("en_US", kind, {"."});
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_TRUE(contains(outcome.errors, "nlsDateInputMissing (0x803FE80C): ")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "nlsDateInputMissing (0x803FE80C): character 1: ")) << outcome.errors;
   }
 }
 
@@ -169,10 +221,13 @@ TEST(VeldFormat, ValuesOutsideOfTheRange) {
     EXPECT_EQ(outcome.exitCode, 1) << value;
     EXPECT_EQ(outcome.output, "") << value;
     EXPECT_TRUE(contains(outcome.errors, "(0x803FE80")) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "): character 1: ")) << outcome.errors;
   }
+  EXPECT_EQ(formatIn("en_US", "date", {"  6589336"}).errors,
+            "veld: nlsDateOutOfRange (0x803FE80D): character 3: outside of the range\n    6589336\n    ^\n");
   EXPECT_TRUE(contains(formatIn("en_US", "number", {"1e400"}).errors, "nlsNumberOverflow (0x803FE811): "));
   EXPECT_TRUE(contains(formatIn("en_US", "number", {"1e-400"}).errors, "nlsNumberUnderflow (0x803FE812): "));
-  EXPECT_TRUE(contains(formatIn("en_US", "percent", {"1e307"}).errors, "nlsBadArgument (0x803FE806): "));
+  EXPECT_TRUE(contains(formatIn("en_US", "percent", {"1e307"}).errors, "nlsBadArgument (0x803FE806): character 1: "));
   EXPECT_TRUE(contains(formatIn("en_US", "integer", {"9223372036854775808"}).errors, "nlsNumberOverflow"));
 }
 
@@ -206,6 +261,7 @@ TEST(VeldFormat, FieldsThatAreTooNarrowShowWhatTheLibraryShows) {
   const Outcome amount = formatIn("en_US", "money", {"1"}, {"--width", "0"});
   EXPECT_EQ(amount.exitCode, 1);
   EXPECT_EQ(amount.output, "");
+  EXPECT_EQ(amount.errors, "veld: nlsFieldTooNarrow (0x803FE80E): the field is too narrow\n  1\n");
 }
 
 TEST(VeldFormat, ValuesFromStandardInput) {

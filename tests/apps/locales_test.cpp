@@ -114,7 +114,7 @@ TEST(VeldLocales, AnUnknownNameGetsTheNearest) {
   EXPECT_TRUE(contains(outcome.errors, "unknown locale \"xx_US\": nlsLocaleInvalid (0x803FE819); ")) << outcome.errors;
   EXPECT_TRUE(contains(outcome.errors, "_US")) << outcome.errors;
   EXPECT_TRUE(contains(runVeld({.arguments = {"locales", "Germn_Germany"}}).errors, "German_Germany"));
-  for (const char* name : {"Klingon", "x", "QUOID:132", "WLCID:"}) {
+  for (const char* name : {"Klingon", "x", "QUOID:132", "WLCID:", ""}) {
     EXPECT_EQ(runVeld({.arguments = {"locales", name}}).exitCode, 2) << name;
   }
 }
@@ -124,7 +124,14 @@ TEST(VeldLocales, AnUnknownCountryIsToldOf) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.output, "0,5\n");
   EXPECT_EQ(outcome.errors, "veld: no locale is called \"de_XX\"; the one of its language stands in, de_DE\n");
-  EXPECT_EQ(runVeld({.arguments = {"format", "-l", "de", "number", "0.5"}}).errors, "");
+  const auto told = [](const char* name) {
+    return runVeld({.arguments = {"format", "-l", name, "number", "0.5"}}).errors;
+  };
+  EXPECT_EQ(told("WLCID: 31751"),
+            "veld: no locale is called \"WLCID: 31751\"; the one of its language stands in, de_DE\n");
+  EXPECT_EQ(told("de_\x1B[31m"),
+            "veld: no locale is called \"de_\\x1B[31m\"; the one of its language stands in, de_DE\n");
+  for (const char* known : {"de", "German", "WLCID:7", "WLCID:1031"}) EXPECT_EQ(told(known), "") << known;
 }
 
 TEST(VeldLocales, ALanguageWithoutALocaleIsNoLocale) {

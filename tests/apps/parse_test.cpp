@@ -31,6 +31,7 @@ TEST(VeldParse, Numbers) {
   EXPECT_EQ(parsed("en_US", "number", " 1.5e3 "), "1500\n");
   EXPECT_EQ(parsed("en_US", "number", "1D2"), "100\n");
   EXPECT_EQ(parsed("en_US", "number", "0.1"), "0.1\n");
+  EXPECT_EQ(parsed("en_US", "number", "7.571968556055867e-74"), "7.571968556055867e-74\n");
 }
 
 TEST(VeldParse, MissingValuesKeepTheirLetter) {
@@ -77,6 +78,30 @@ TEST(VeldParse, AmountsAndPercents) {
   EXPECT_TRUE(contains(complaint("en_US", "percent", "1%%"), "character 2: "));
 }
 
+TEST(VeldParse, SignsWithoutANumberAreRefused) {
+  const auto place = [](const char* kind, const char* text) {
+    const std::string errors = complaint("en_US", kind, text);
+    EXPECT_TRUE(contains(errors, "nlsNoDigits (0x803FE810): character ")) << errors;
+    return errors.substr(errors.find("character ") + 10, 1);
+  };
+  EXPECT_EQ(place("money", "$"), "2");
+  EXPECT_EQ(place("money", " $ "), "4");
+  EXPECT_EQ(place("percent", "%"), "1");
+  EXPECT_EQ(place("percent", "()"), "2");
+  EXPECT_EQ(place("percent", "( %)"), "3");
+  EXPECT_EQ(place("percent", "("), "1");
+  // Parentheses are the sign of a number.
+  EXPECT_EQ(place("percent", "(-50%)"), "2");
+  EXPECT_EQ(place("percent", "( +50)"), "3");
+  EXPECT_EQ(place("percent", "(.%)"), "2");
+  for (const char* kind : {"money", "percent"}) {
+    EXPECT_EQ(parsed("en_US", kind, ""), ".\n");
+    EXPECT_EQ(parsed("en_US", kind, "  "), ".\n");
+  }
+  EXPECT_EQ(parsed("en_US", "money", "$."), ".\n");
+  EXPECT_EQ(parsed("en_US", "percent", ".%"), ".\n");
+}
+
 TEST(VeldParse, DatesAndTimes) {
   EXPECT_EQ(parsed("en_US", "date", "02/03/2011"), "2011-02-03\n");
   EXPECT_EQ(parsed("en_US", "date", "  02/ 3/2011 "), "2011-02-03\n");
@@ -121,6 +146,13 @@ TEST(VeldParse, ThePlaceOfAFaultIsTold) {
   EXPECT_TRUE(contains(complaint("en_US", "datetime", "01Jan1960 00:00:01"), "character 10: \":\" should stand here"));
 }
 
+// Tabs are no blanks of a date, but of a number.
+TEST(VeldParse, TabsInFrontOfADateAreFaults) {
+  EXPECT_TRUE(contains(complaint("en_US", "date", "\t02/03/2011"), "character 1: a month of two digits"));
+  EXPECT_TRUE(contains(complaint("en_US", "time", " \t13:00:00"), "character 2: an hour"));
+  EXPECT_EQ(parsed("en_US", "number", "\t1"), "1\n");
+}
+
 TEST(VeldParse, CharactersBeyondTheBasicPlaneAreOne) {
   EXPECT_EQ(complaint("en_US", "number", "1\U0001F600"),
             "veld: nlsNoDigits (0x803FE810): character 2: this is no part of a number\n  1\U0001F600\n   ^\n");
@@ -162,10 +194,12 @@ TEST(VeldParse, LongTextsShowAroundTheFault) {
       << errors;
   const std::string control = complaint("en_US", "number", "1\x1B[31m");
   EXPECT_TRUE(contains(control, "\n  1\uFFFD[31m\n   ^\n")) << control;
+  const std::string wanted = complaint("en_US", "date", "x", {"--format", "\x1B%d%m%Y"});
+  EXPECT_TRUE(contains(wanted, "character 1: \"\\x1B\" should stand here\n")) << wanted;
 }
 
 TEST(VeldParse, WhatMakesNoDateIsRefused) {
-  EXPECT_TRUE(contains(complaint("en_US", "date", "02/30/2011"), "nlsDateOutOfRange (0x803FE80D): "));
+  EXPECT_TRUE(contains(complaint("en_US", "date", "02/30/2011"), "nlsDateOutOfRange (0x803FE80D): character 1: "));
   EXPECT_TRUE(contains(complaint("en_US", "datetime", "30Feb2011:00:00:00"),
                        "nlsDateResultMissing (0x803FE80B): character 1: this makes no date"));
 }
@@ -220,7 +254,8 @@ TEST(VeldParse, WrongUsageExitsWithTwo) {
                              {"hex", "1", "--format", "%Y"},
                              {"date", "1", "--form", "24"},
                              {"number", "1", "--width", "3"},
-                             {"-l", "xx_DE", "number", "1"}});
+                             {"-l", "xx_DE", "number", "1"},
+                             {"-l", "", "number", "1"}});
 }
 
 }  // namespace
