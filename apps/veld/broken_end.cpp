@@ -1,5 +1,7 @@
 #include "broken_end.h"
 
+#include "names.h"
+#include "unicode_scan.h"
 #include "veldnls/cei.h"
 
 namespace veld {
@@ -38,15 +40,25 @@ size_t brokenGb18030(Bytes text) {
   return text.size() > 2 && !isBetween(text[2], 0x81, 0xFE) ? 1 : 0;
 }
 
+size_t brokenUtf16(Bytes text, ByteOrder order) {
+  if (text.size() < 2 * utf16Unit || !isHighSurrogate(unitAt(text, 0, utf16Unit, order))) return 0;
+  return isLowSurrogate(unitAt(text, utf16Unit, utf16Unit, order)) ? 0 : utf16Unit;
+}
+
 }  // namespace
 
 size_t brokenStart(const CharacterForm& form, Bytes text) {
   if (form.row().cei == U_UTF8_CE) return brokenUtf8(form, text);
+  if (form.row().encodingClass == NLS_CLASS_UTF16) return brokenUtf16(text, byteOrderOf(form.row().cei));
   return form.row().cei == U_GB18030_CE ? brokenGb18030(text) : 0;
 }
 
 std::vector<uint8_t> brokenSubstitute(const CharacterForm& form) {
   if (form.row().cei == U_UTF8_CE) return {0xEF, 0xBF, 0xBD};
+  if (form.row().encodingClass == NLS_CLASS_UTF16) {
+    return byteOrderOf(form.row().cei) == ByteOrder::little ? std::vector<uint8_t>{0xFD, 0xFF}
+                                                            : std::vector<uint8_t>{0xFF, 0xFD};
+  }
   return {static_cast<uint8_t>(form.row().padChar)};
 }
 

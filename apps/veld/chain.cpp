@@ -41,7 +41,7 @@ ChainStep Chain::runHop(const Hop& hop, Bytes input, TranscodeProgress& progress
     const NlsStatus status = hop.pipeline->transcodeResumable(
         hop.pipeline.get(), rest.data(), static_cast<uint32_t>(rest.size()), hop.output.get() + size,
         static_cast<uint32_t>(hop.room - size), &written, &progress, nullptr);
-    if (status == nlsNoMemory) throw Failure("memory is exhausted; close other programs and try again");
+    if (status == nlsNoMemory) throw Failure(memoryShort);
     size += written;
     if (status == nlsSubstituted || (progress.flags & NLS_PROGRESS_SUBSTITUTED) != 0) step.substituted = true;
     if (status == nlsOutputTruncated) {

@@ -84,10 +84,9 @@ CharacterForm::Kind CharacterForm::kindOf(const EncodingDescriptor& row) {
 
 size_t CharacterForm::multiByteLength(uint8_t lead) const {
   if (lead < firstBeyondAscii) return 1;
-  if (row_.profile.structure != NLS_STRUCTURE_EUC) return liesIn(lead, row_.profile.leadRanges) ? 2 : 1;
   if (row_.cei == U_EUCTW_CE && lead == singleShiftTwo) return 4;
-  if (row_.cei == U_EUCJP_CE && lead == singleShiftThree) return 3;
-  return 2;
+  if (row_.cei == U_EUCJP_CE) return lead == singleShiftThree ? 3 : 2;
+  return liesIn(lead, row_.profile.leadRanges) ? 2 : 1;
 }
 
 size_t CharacterForm::utf16Length(Bytes text) const {

@@ -7,6 +7,7 @@
 #include "json_report.h"
 #include "names.h"
 #include "text.h"
+#include "veldnls/cei.h"
 
 namespace veld {
 
@@ -68,8 +69,10 @@ std::string ConvertReport::lossSentence(const Loss& loss) const {
       if (loss.character) sentence += " (" + codePoint(*loss.character) + ")";
       sentence += " has no place in " + displayName(nls_, to_);
   }
-  return sentence + (onLoss_ == OnLoss::fail ? "; the conversion stopped ahead of it"
-                                             : ", the first loss in this file; a substitute stands for it");
+  if (onLoss_ == OnLoss::fail) return sentence + "; the conversion stopped ahead of it";
+  const bool copies = to_ == U_ASCII_CE && nls_.conversionNeeded(&nls_, file_.from, to_) == 0;
+  return sentence + ", the first loss in this file; " +
+         (copies ? "its bytes stay as they are" : "a substitute stands for it");
 }
 
 void ConvertReport::addLoss(const Loss& loss) {

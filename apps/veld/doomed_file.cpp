@@ -14,7 +14,7 @@ std::atomic<const char*> doomed{nullptr};
 static_assert(std::atomic<const char*>::is_always_lock_free);
 
 extern "C" void removeAndEnd(int number) {
-  if (const char* path = doomed.load()) unlink(path);
+  removeDoomedFile();
   raise(number);  // held back until this returns, and then taken as without a handler
 }
 
@@ -31,6 +31,10 @@ void removeAtSignals(const char* path) {
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(number, &action, nullptr);
   }
+}
+
+void removeDoomedFile() {
+  if (const char* path = doomed.load()) unlink(path);
 }
 
 EndingSignalsHeld::EndingSignalsHeld() {

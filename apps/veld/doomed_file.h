@@ -9,6 +9,9 @@ namespace veld {
 // forgets it. The text must stay. Signals that are ignored stay ignored.
 void removeAtSignals(const char* path);
 
+// Removes it now, ahead of an end without destructors.
+void removeDoomedFile();
+
 // Holds such signals back while it lives, so that none comes between making the file and naming it.
 class EndingSignalsHeld {
  public:

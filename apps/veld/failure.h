@@ -16,6 +16,8 @@ class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+inline constexpr const char* memoryShort = "memory is exhausted; close other programs and try again";
+
 // The failure of a system call on a file, with the system's own words, and the cure.
 Failure systemFailure(const std::string& file, const std::string& action, int error, const std::string& cure);
 

@@ -4,9 +4,7 @@
 
 #include "failure.h"
 #include "names.h"
-#include "text.h"
 #include "unicode_scan.h"
-#include "veldnls/cei.h"
 #include "veldnls/status.h"
 
 namespace veld {
@@ -64,26 +62,6 @@ size_t FaultFinder::look(Bytes block, uint64_t offset, bool more, const Tell& te
     if (!goOn) break;
   }
   return done;
-}
-
-std::vector<std::string> narrowRules(QZNLS& nls, CEI cei) {
-  const EncodingDescriptor& row = rowOf(nls, cei);
-  const std::string rule = "the library's rule for " + displayName(nls, cei);
-  if (row.encodingClass == NLS_CLASS_UTF32) return {rule + " refuses characters beyond U+1018F, though they are sound"};
-  if (cei == U_GB18030_CE) {
-    return {rule +
-            " knows lead bytes from A1 on only, and refuses a character of two bytes unless one follows; such "
-            "text may be sound, which \"veld convert\" tells"};
-  }
-  if (cei == U_DECJP_CE) return {rule + " refuses half-width katakana, though they are sound"};
-  const MultiByteProfile& profile = row.profile;
-  const bool blankLies =
-      liesIn(profile.doubleBlank[0], profile.leadRanges) && liesIn(profile.doubleBlank[1], profile.trailRanges);
-  if (row.encodingClass == NLS_CLASS_SHIFTED && !blankLies) {
-    return {rule + " refuses the blank of two bytes, " + hexDigits(profile.doubleBlank[0], 2) + ' ' +
-            hexDigits(profile.doubleBlank[1], 2) + ", though it is sound"};
-  }
-  return {};
 }
 
 }  // namespace veld

@@ -10,7 +10,7 @@
 
 namespace veld {
 
-struct Fault {
+struct TextFault {
   uint64_t offset;
   uint64_t line;
   uint64_t column;
@@ -25,7 +25,7 @@ class FaultFinder {
   FaultFinder(QZNLS& nls, CEI cei);
 
   // Called with each fault; returns false to look no further.
-  using Tell = std::function<bool(const Fault&)>;
+  using Tell = std::function<bool(const TextFault&)>;
 
   // Looks through the next block, which begins at that offset of the text. With `more` a fault near the end waits for
   // what follows. Returns how many bytes are done; the rest begins the next block.
@@ -44,8 +44,5 @@ class FaultFinder {
   TextPlace place_;
   std::vector<uint8_t> work_;  // the block, behind room for a shift sequence
 };
-
-// In what the library's rule for an encoding is narrower than the encoding; empty where it isn't.
-std::vector<std::string> narrowRules(QZNLS& nls, CEI cei);
 
 }  // namespace veld

@@ -144,6 +144,7 @@ bool FileConversion::convertEnd(OnLoss onLoss) {
     std::vector<uint8_t> waiting = held_;
     waiting.insert(waiting.end(), rest.begin(), rest.end());
     if (waiting.empty()) return true;
+    place_.endOpen();
     const size_t broken = brokenStart(form_, waiting);
     if (broken == 0) {
       reportAtHeld(waiting, LossReason::cut);

@@ -3,10 +3,14 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
+#include <new>
 
 #include "convert.h"
 #include "diff.h"
+#include "doomed_file.h"
 #include "encodings.h"
 #include "failure.h"
 #include "host_services.h"
@@ -57,8 +61,8 @@ Offsets count bytes from 0, lines and columns from 1; a column is a character, a
 LF or NEL. NAME utf-16 reads a byte order mark.
 
 With --all the text goes on one byte behind a fault, in UTF-16 and UTF-32 one unit, in the shift state that held there.
-Some rules of the library are narrower than the encoding, which a note tells beside the faults: UTF-32 ends at U+1018F, and
-gb18030 is known in part. utf-8 is taken up to F7 BF BF BF. utf-e, ucsu and some pages can't be validated.
+Some rules of the library are narrower than what "veld convert" writes, which a note tells beside a fault that may be
+sound text: UTF-32 ends at U+1018F, and gb18030 is known in part. utf-8 is taken up to F7 BF BF BF. utf-e, ucsu and some pages can't be validated.
 
 Exit status: 0 valid; 1 there is a fault; 2 not done.)";
 
@@ -249,9 +253,23 @@ int leave(const CLI::App& app, const CLI::ParseError& error) {
   return veld::exitNotDone;
 }
 
+// Destructors of JSON values ask for memory, and can't pass on that there is none.
+[[noreturn]] void endWithoutMemory() {
+  try {
+    if (std::current_exception()) throw;
+  } catch (const std::bad_alloc&) {
+    veld::removeDoomedFile();
+    std::cerr << "veld: " << veld::memoryShort << '\n';
+    _exit(veld::exitNotDone);
+  } catch (...) {
+  }
+  std::abort();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::set_terminate(endWithoutMemory);
   fillClosedFiles();
   CLI::App app("veld: text between encodings, by the veldnls library", "veld");
   CommandLine line;
@@ -266,6 +284,9 @@ int main(int argc, char** argv) {
     const int result = run(app, line);
     if (!std::cout.flush()) throw veld::Failure("standard output can't be written; is its device full?");
     return result;
+  } catch (const std::bad_alloc&) {
+    std::cerr << "veld: " << veld::memoryShort << '\n';
+    return veld::exitNotDone;
   } catch (const std::exception& error) {
     std::cerr << "veld: " << veld::onOneLine(error.what()) << '\n';
     return veld::exitNotDone;

@@ -46,7 +46,7 @@ void Library::makeObject() {
   }
   memory_.services = &hostServices();
   vector_ = {&memory_, &threadBlock_, nullptr, &threads_, &files_};
-  if (xminit(&vector_) == nullptr) throw Failure("the system gives no memory; close other programs and try again");
+  if (xminit(&vector_) == nullptr) throw Failure(memoryShort);
 
   auto** elements = reinterpret_cast<void**>(&vector_);
   constexpr int32_t elementCount = sizeof vector_ / sizeof(void*);

@@ -19,8 +19,6 @@ namespace {
 
 constexpr mode_t permissionBits = 07777;
 constexpr mode_t newFileMode = 0666;
-constexpr int mostLinks = 40;
-constexpr const char* roomCure = "make room on its device, or choose another output";
 
 // The mode of the file that is replaced, or what a new file gets here.
 mode_t modeFor(const std::string& path) {
@@ -31,44 +29,37 @@ mode_t modeFor(const std::string& path) {
   return newFileMode & ~mask;
 }
 
-bool isPlainOrNew(const std::string& path) {
-  struct stat facts;
-  return stat(path.c_str(), &facts) != 0 || S_ISREG(facts.st_mode);
-}
-
-// The last of them may lead to a file that is yet to be made.
-std::string followLinks(const std::string& path) {
-  std::error_code error;
-  std::filesystem::path place = path;
-  for (int links = 0; std::filesystem::is_symlink(place, error); ++links) {
-    if (links == mostLinks) throw systemFailure(path, "can't be followed", ELOOP, "choose another output");
-    place = place.parent_path() / std::filesystem::read_symlink(place, error);
-  }
-  const std::filesystem::path canonical = std::filesystem::weakly_canonical(place, error);
-  return error ? place.string() : canonical.string();
-}
-
 }  // namespace
 
 Output::Output(const std::string& path) : path_("standard output"), file_(STDOUT_FILENO) {
   if (path.empty() || path == "-") return;
-  path_ = followLinks(path);
-  if (isPlainOrNew(path_)) {
+  const OutputPlace place = placeOf(path);
+  path_ = place.path;
+  if (place.kind == OutputPlace::Kind::plainFile) {
     openBeside();
   } else {
-    file_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-    if (file_ < 0) throw systemFailure(path_, "can't be opened for writing", errno, "choose another output");
+    openDirectly(place);
   }
 }
 
+void Output::openDirectly(const OutputPlace& place) {
+  if (place.kind == OutputPlace::Kind::ownDescriptor) {
+    file_ = fcntl(place.descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  } else {
+    const bool joins = place.kind == OutputPlace::Kind::otherDescriptor;
+    file_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC | (joins ? O_APPEND : 0));
+  }
+  if (file_ < 0) throw outputFailure(path_, "can't be opened for writing", errno);
+}
+
+// The file's name is short, since that of the output may be as long as one can be.
 void Output::openBeside() {
   const EndingSignalsHeld held;
-  temporary_ = path_ + ".XXXXXX";
+  temporary_ = (std::filesystem::path(path_).parent_path() / ".veld-XXXXXX").string();
   file_ = mkostemp(temporary_.data(), O_CLOEXEC);
   if (file_ < 0) {
     temporary_.clear();
-    throw systemFailure(path_, "no file can be made beside it", errno,
-                        "choose an output in a folder that you may write");
+    throw outputFailure(path_, "no file can be made beside it", errno);
   }
   removeAtSignals(temporary_.c_str());
   fchmod(file_, modeFor(path_));
@@ -99,7 +90,7 @@ void Output::write(Bytes bytes) {
     if (count >= 0) {
       bytes = bytes.subspan(static_cast<size_t>(count));
     } else if (errno != EINTR) {
-      throw systemFailure(path_, "can't be written", errno, errno == EPIPE ? "its reader ended early" : roomCure);
+      throw outputFailure(path_, "can't be written", errno);
     }
   }
 }
@@ -107,10 +98,9 @@ void Output::write(Bytes bytes) {
 void Output::commit() {
   const int file = file_;
   file_ = -1;
-  if (close(file) != 0) throw systemFailure(path_, "can't be written", errno, roomCure);
+  if (close(file) != 0) throw outputFailure(path_, "can't be written", errno);
   if (temporary_.empty()) return;
-  if (std::rename(temporary_.c_str(), path_.c_str()) != 0)
-    throw systemFailure(path_, "can't be replaced", errno, "choose another output");
+  if (std::rename(temporary_.c_str(), path_.c_str()) != 0) throw outputFailure(path_, "can't be replaced", errno);
   removeAtSignals(nullptr);
   temporary_.clear();
 }

@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "output_place.h"
 #include "pipeline.h"
 
 namespace veld {
 
 // Standard output, or a file that takes its place only when all of it is written: the bytes go to a new file beside it,
 // which is renamed at the end and removed if that is never reached. What isn't a plain file (a pipe, a device) is
-// written directly.
+// written directly. So is a descriptor, as /dev/stdout or /dev/fd/3, whatever it stands for: the text goes on where
+// others have written, as on standard output.
 class Output {
  public:
   // `path` empty or "-" is standard output. Throws Failure.
@@ -27,9 +29,10 @@ class Output {
   void commit();
 
  private:
+  void openDirectly(const OutputPlace& place);
   void openBeside();
 
-  std::string path_;       // the place, links followed
+  std::string path_;       // of a plain file with links followed
   std::string temporary_;  // the file beside it; empty when there is none
   int file_;
 };

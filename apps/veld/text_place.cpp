@@ -76,6 +76,12 @@ void TextPlace::closeOpen() {
   open_.clear();
 }
 
+void TextPlace::endOpen() {
+  if (open_.empty()) return;
+  if (mayBeCutShift(open_)) return closeOpen();
+  advanceOverFault();
+}
+
 size_t TextPlace::dropOpen() {
   const size_t count = open_.size();
   open_.clear();

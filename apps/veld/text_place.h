@@ -20,6 +20,8 @@ class TextPlace {
   void advanceOverFault();
   // Counts the open bytes, of a shift sequence that was only begun, as characters.
   void closeOpen();
+  // The same when a character is known to begin behind the open bytes: what they are part of is one column.
+  void endOpen();
   // Forgets the open bytes, which will come again, and returns their number.
   size_t dropOpen();
 

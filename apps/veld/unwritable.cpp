@@ -26,7 +26,7 @@ Bytes bytesOf(std::u16string_view text) {
 }
 
 bool beginsShift(const MultiByteProfile& profile, uint8_t byte) {
-  return profile.shiftLength > 0 && (byte == profile.shiftOut[0] || byte == profile.shiftIn[0]);
+  return byte == profile.shiftOut[0] || byte == profile.shiftIn[0];
 }
 
 }  // namespace
@@ -34,6 +34,7 @@ bool beginsShift(const MultiByteProfile& profile, uint8_t byte) {
 // The way to a target and back.
 struct Unwritable::Target {
   bool losesSilently(char16_t c) const;
+  bool becomesShift(char16_t c) const;
   // What a text becomes there and back.
   Bytes thereAndBack(std::u16string_view text, std::span<uint8_t> again) const;
 
@@ -44,16 +45,25 @@ struct Unwritable::Target {
   Pipeline back;
 };
 
+// True when the character becomes a byte that begins a shift sequence. What follows it is written by the state that the
+// byte makes, so that a text may be replaced for its sake.
+bool Unwritable::Target::becomesShift(char16_t c) const {
+  if (!multiByte || row.profile.shiftLength == 0) return false;
+  std::array<uint8_t, room> written;
+  const Converted out = convertShort(*there, bytesOf({&c, 1}), written);
+  return out.whole && out.size == 1 && beginsShift(row.profile, written[0]);
+}
+
 // True when the character is written, and the text that begins with it doesn't come back.
 bool Unwritable::Target::losesSilently(char16_t c) const {
+  if (becomesShift(c)) return true;
   const char16_t text[] = {c, u'A', u'B', u'1', u'2'};  // capitals and digits are the same in all pages
   const std::u16string_view all(text, std::size(text));
   std::array<uint8_t, room> written;
   const Converted out = convertShort(*there, bytesOf(all), written);
   if (!out.whole || out.size == 0) return false;
   const bool isSingle = out.size == all.size();
-  const bool isMeant = meanings[written[0]] == c && !(multiByte && beginsShift(row.profile, written[0]));
-  if (isSingle && !isMeant) return true;
+  if (isSingle && meanings[written[0]] != c) return true;
   std::array<uint8_t, room> again;
   const Converted in = convertShort(*back, Bytes(written).first(out.size), again);
   const Bytes wanted = bytesOf(all);

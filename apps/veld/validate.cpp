@@ -41,7 +41,7 @@ bool Validation::look(const std::string& path) {
   report_.begin(input.name(), encoding);
   FaultFinder finder(nls_, encoding);
   bool valid = true;
-  const FaultFinder::Tell tell = [&](const Fault& fault) {
+  const FaultFinder::Tell tell = [&](const TextFault& fault) {
     valid = false;
     report_.addFault(fault);
     return all_;

@@ -13,6 +13,7 @@ void ValidateReport::begin(const std::string& file, CEI encoding) {
   file_ = file;
   encoding_ = encoding;
   faults_ = 0;
+  mayBeSound_ = false;
   if (format_ == ReportFormat::text) return;
   // An object that stays open for its faults.
   std::string head = toLine(Json{{"file", file}, {"encoding", displayName(nls_, encoding)}});
@@ -21,10 +22,12 @@ void ValidateReport::begin(const std::string& file, CEI encoding) {
   std::cout << head << ",\"faults\":[";
 }
 
-void ValidateReport::addFault(const Fault& fault) {
+void ValidateReport::addFault(const TextFault& fault) {
   progress_.clear();
   const std::string bytes = hexBytes(fault.bytes);
   ++faults_;
+  const NarrowRules& narrow = narrow_.try_emplace(encoding_, nls_, encoding_).first->second;
+  mayBeSound_ = mayBeSound_ || narrow.mayBeSound(fault.bytes);
   if (format_ == ReportFormat::text) {
     std::cout << onOneLine(file_) << ": offset " << fault.offset << ", line " << fault.line << ", column "
               << fault.column << ": malformed in " << displayName(nls_, encoding_) << " at " << bytes << '\n';
@@ -36,16 +39,15 @@ void ValidateReport::addFault(const Fault& fault) {
   std::cout << (faults_ > 1 ? "," : "") << line;
 }
 
-void ValidateReport::tellNarrowRules() {
-  for (const std::string& rule : narrowRules(nls_, encoding_)) std::cerr << "veld: note: " << rule << '\n';
+std::vector<std::string> ValidateReport::notes() const {
+  return mayBeSound_ ? narrow_.at(encoding_).notes() : std::vector<std::string>{};
 }
 
 void ValidateReport::end(uint64_t bytes, bool wholeFile) {
   progress_.clear();
   if (format_ == ReportFormat::json) {
     Json object{{"result", faults_ == 0 ? "valid" : "invalid"}, {"read", bytes}};
-    const std::vector<std::string> notes = narrowRules(nls_, encoding_);
-    if (faults_ > 0 && !notes.empty()) object["notes"] = notes;
+    if (const std::vector<std::string> told = notes(); !told.empty()) object["notes"] = told;
     const std::string tail = toLine(object);
     std::cout << "]," << tail.substr(1);
   } else if (faults_ == 0) {
@@ -54,7 +56,7 @@ void ValidateReport::end(uint64_t bytes, bool wholeFile) {
     if (wholeFile)
       std::cout << onOneLine(file_) << ": " << faults_ << (faults_ == 1 ? " fault in " : " faults in ") << bytes
                 << " bytes\n";
-    tellNarrowRules();
+    for (const std::string& note : notes()) std::cerr << "veld: note: " << note << '\n';
   }
   std::cout.flush();
   file_.clear();
@@ -73,6 +75,7 @@ void ValidateReport::fail(const std::string& file, const std::string& sentence) 
   } else {
     std::cout << toLine(Json{{"file", file}, {"result", "failed"}, {"error", sentence}});
   }
+  file_.clear();
   std::cout.flush();
 }
 

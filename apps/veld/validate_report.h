@@ -1,9 +1,12 @@
 // What veld validate tells on standard output.
 #pragma once
 
+#include <map>
 #include <string>
+#include <vector>
 
 #include "fault_finder.h"
+#include "narrow_rules.h"
 #include "report.h"
 
 namespace veld {
@@ -16,13 +19,13 @@ class ValidateReport {
       : nls_(nls), format_(format), progress_(progress) {}
 
   void begin(const std::string& file, CEI encoding);
-  void addFault(const Fault& fault);
+  void addFault(const TextFault& fault);
   // The file's end, or the place where the look ended.
   void end(uint64_t bytes, bool wholeFile);
   void fail(const std::string& file, const std::string& sentence);
 
  private:
-  void tellNarrowRules();
+  std::vector<std::string> notes() const;
 
   QZNLS& nls_;
   ReportFormat format_;
@@ -30,6 +33,8 @@ class ValidateReport {
   std::string file_;
   CEI encoding_ = 0;
   uint64_t faults_ = 0;
+  bool mayBeSound_ = false;            // what the library takes for a fault
+  std::map<CEI, NarrowRules> narrow_;  // of the encodings that had faults
 };
 
 }  // namespace veld

@@ -45,6 +45,20 @@ TEST(VeldEnd, OnlyReplacedBytesAreTold) {
   expectFault("E3 81 61 62", "1A 61 62", "offset 0, line 1, column 1: E3 81 is malformed");
 }
 
+// Two sentences: the first loss, and the character that the file's end cuts.
+TEST(VeldEnd, ThePlaceOfACutCountsTheFaultsAheadOfIt) {
+  const auto cut = [](const char* from, std::string_view input, const std::string& told) {
+    const Outcome outcome = convert(from, "utf-8", bytes(input));
+    EXPECT_EQ(lineCount(outcome.errors), 2u) << outcome.errors;
+    EXPECT_TRUE(contains(outcome.errors, "standard input: " + told + ": the file ends inside")) << outcome.errors;
+  };
+  cut("utf-8", "F4 F4", "offset 1, line 1, column 2: F4");
+  cut("utf-8", "F4 F4 F4 F4 F4", "offset 4, line 1, column 5: F4");
+  cut("utf-16le", "00 D8 00 D8 00 D8 00 D8", "offset 6, line 1, column 4: 00 D8");
+  cut("utf-16be", "D8 00 D8 00 D8 00 D8 00", "offset 6, line 1, column 4: D8 00");
+  cut("dec-jp", "8E B1", "offset 1, line 1, column 2: B1");
+}
+
 TEST(VeldEnd, PiecesMakeTheSameEnd) {
   for (const char* text : {"FF 61 62 63", "68 E2 82 AC FF 0A", "61 FF 0A 62 0A", "FF FF 80 61 E2"}) {
     SCOPED_TRACE(text);

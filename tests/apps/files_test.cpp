@@ -1,6 +1,8 @@
 // veld convert: files read and written.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -82,6 +84,51 @@ TEST(VeldFiles, DevicesAreWrittenDirectly) {
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+// Others write there too: before, after and meanwhile.
+TEST(VeldFiles, TextGoesOnWhereADescriptorStands) {
+  for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+    const Folder folder;
+    const std::string out = folder.write("out", "head");
+    const int file = open(out.c_str(), O_WRONLY | O_APPEND);
+    ASSERT_GE(file, 0);
+    const std::string target = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(file);
+    EXPECT_EQ(convert("utf-8", "utf-8", "text", {"-o", target}).exitCode, 0);
+    EXPECT_EQ(write(file, "foot", 4), 4);
+    EXPECT_EQ(folder.read("out"), "headtextfoot");
+    EXPECT_EQ(unlink(out.c_str()), 0);
+    EXPECT_EQ(convert("utf-8", "utf-8", "text", {"-o", target}).exitCode, 0);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{});
+    close(file);
+
+    const Outcome own = convert("utf-8", "utf-8", "text", {"-o", name});
+    EXPECT_EQ(own.exitCode, 0) << own.errors;
+    EXPECT_EQ(own.output, "text") << name;
+  }
+  const Outcome absent = convert("utf-8", "utf-8", "text", {"-o", "/dev/fd/99"});
+  EXPECT_EQ(absent.exitCode, 2);
+  EXPECT_TRUE(contains(absent.errors, "/dev/fd/99: can't be opened for writing: ")) << absent.errors;
+}
+
+TEST(VeldFiles, ADescriptorOfAnInputIsRefused) {
+  const Folder folder;
+  const std::string file = folder.write("text", "ab");
+  const Outcome outcome = runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "utf-16le", "-o", "/dev/stdout", file},
+                                   .outputFile = file.c_str()});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(contains(outcome.errors, file + " is the output too; ")) << outcome.errors;
+  EXPECT_EQ(folder.read("text"), "ab");
+}
+
+TEST(VeldFiles, ANameMayBeAsLongAsTheSystemTakes) {
+  const Folder folder;
+  const std::string longest(255, 'x');
+  EXPECT_EQ(convert("wlatin1", "utf-8", "a", {"-o", folder.file(longest)}).exitCode, 0);
+  EXPECT_EQ(folder.names(), std::vector<std::string>{longest});
+  const Outcome tooLong = convert("wlatin1", "utf-8", "a", {"-o", folder.file(longest + 'x')});
+  EXPECT_EQ(tooLong.exitCode, 2);
+  EXPECT_TRUE(contains(tooLong.errors, "; choose a shorter name")) << tooLong.errors;
+}
+
 TEST(VeldFiles, AFullDeviceIsTold) {
   const Outcome outcome = convert("wlatin1", "utf-8", "a", {"-o", "/dev/full"});
   EXPECT_EQ(outcome.exitCode, 2);
@@ -107,6 +154,7 @@ TEST(VeldFiles, AnOutputInNoFolderIsTold) {
   const Outcome outcome = convert("wlatin1", "utf-8", "a", {"-o", folder.file("absent/out")});
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_TRUE(contains(outcome.errors, "no file can be made beside it: ")) << outcome.errors;
+  EXPECT_TRUE(contains(outcome.errors, "; make its folder first")) << outcome.errors;
 }
 
 TEST(VeldFiles, AnInputThatIsTheOutputIsRefused) {
@@ -147,6 +195,30 @@ TEST(VeldFiles, ControlCharactersInNamesAreShownAsEscapes) {
   EXPECT_EQ(lineCount(runVeld({.arguments = {"validate", odd + "\n"}}).errors), 1u);
   EXPECT_EQ(lineCount(convert("utf-8", "wlatin1", "", {odd + "\n"}).errors), 1u);
   EXPECT_EQ(lineCount(convert("x\ny", "wlatin1", "").errors), 1u);
+}
+
+// At any step, in destructors too.
+TEST(VeldFiles, ShortMemoryIsTold) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers need address space of their own";
+#endif
+  rlimit before;
+  ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
+  size_t refused = 0;
+  for (rlim_t limit = 70'000'000; limit < 90'000'000; limit += 500'000) {
+    const rlimit small{limit, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &small), 0);
+    const Outcome converted = convert("latin1", "ibm-939", "a");
+    const Outcome listed = runVeld({.arguments = {"encodings", "--json"}});
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
+    for (const Outcome& outcome : {converted, listed}) {
+      if (outcome.exitCode == 0) continue;
+      ++refused;
+      EXPECT_EQ(outcome.exitCode, 2) << limit;
+      EXPECT_EQ(outcome.errors, "veld: memory is exhausted; close other programs and try again\n") << limit;
+    }
+  }
+  EXPECT_GT(refused, 0u);
 }
 
 TEST(VeldFiles, ASignalLeavesNoFileBeside) {

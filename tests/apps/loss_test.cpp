@@ -184,5 +184,11 @@ TEST(VeldLoss, OnLossSubstituteWritesTheOutputFile) {
   EXPECT_EQ(hex(folder.read("out")), "61 1A");
 }
 
+TEST(VeldLoss, ACopiedByteIsNoSubstitute) {
+  const Outcome outcome = convert("utf-8", "us-ascii", bytes("61 C3 A9"));
+  EXPECT_EQ(hex(outcome.output), "61 C3 A9");
+  EXPECT_TRUE(contains(outcome.errors, "; its bytes stay as they are")) << outcome.errors;
+}
+
 }  // namespace
 }  // namespace test

@@ -57,6 +57,21 @@ TEST(TextPlace, LinesOfEveryForm) {
   expectPlace(U_FUJITSUJP_CE, "28 B0 25 29 15", 2, 1);
 }
 
+TEST(TextPlace, AnOpenCharacterThatEndsIsAColumn) {
+  const auto columnBehind = [](CEI cei, std::string_view hexDigits) {
+    veld::TextPlace place(library().nls(), cei);
+    place.advance(view(test::bytes(hexDigits)));
+    place.endOpen();
+    place.endOpen();
+    return place.column();
+  };
+  EXPECT_EQ(columnBehind(U_UTF8_CE, "61"), 2u);
+  EXPECT_EQ(columnBehind(U_UTF8_CE, "61 E3 81"), 3u);
+  EXPECT_EQ(columnBehind(U_L_UNICODE_CE, "61 00 3D D8"), 3u);
+  EXPECT_EQ(columnBehind(U_ISO2022JP_CE, "61 1B 24"), 4u);
+  EXPECT_EQ(columnBehind(U_DECJP_CE, "61 8E"), 3u);  // no lead byte there
+}
+
 TEST(TextPlace, FaultsAreAColumnEach) {
   veld::TextPlace place(library().nls(), U_SHIFTJIS_CE);
   place.advance(view("a\x82"));

@@ -74,6 +74,29 @@ TEST(VeldUnwritable, HasWhatDoesntComeBackFromAnyPage) {
   EXPECT_GT(pages, 100u);
 }
 
+// It would change how the text behind it is read.
+TEST(VeldUnwritable, HasWhatBecomesAByteOfAShiftSequence) {
+  size_t rows = 0;
+  for (CEI cei = 1; cei < NLS_CEI_COUNT; ++cei) {
+    const MultiByteProfile& profile = veld::rowOf(nls(), cei).profile;
+    const WayThereAndBack way(cei);
+    if (!isCodePage(cei) || !veld::isMultiByte(nls(), cei) || profile.shiftLength == 0 || !way.exists()) continue;
+    ++rows;
+    veld::Unwritable unwritable(nls(), cei);
+    size_t found = 0;
+    for (char32_t c = 0; c < 0xA0; ++c) {
+      const std::optional<std::string> code = through(way.there, utf16(c));
+      if (!code || code->size() != 1) continue;
+      const auto byte = static_cast<uint8_t>(code->front());
+      if (byte != profile.shiftOut[0] && byte != profile.shiftIn[0]) continue;
+      ++found;
+      EXPECT_TRUE(unwritable.has(c)) << veld::displayName(nls(), cei) << ' ' << veld::codePoint(c);
+    }
+    EXPECT_GT(found, 0u) << veld::displayName(nls(), cei);
+  }
+  EXPECT_GT(rows, 20u);
+}
+
 TEST(VeldUnwritable, HasNothingOfUnicodeForms) {
   for (const CEI cei : {U_UTF8_CE, U_L_UNICODE_CE, U_B_UCS4_CE, U_UTFE_CE}) {
     veld::Unwritable unwritable(nls(), cei);

@@ -187,12 +187,38 @@ TEST(VeldValidate, NarrowRulesAreToldBesideTheirFaults) {
   const auto note = [](const char* encoding, std::string_view text) { return validate(encoding, bytes(text)).errors; };
   EXPECT_TRUE(contains(note("utf-32le", "00 F6 01 00"), "note: the library's rule for utf-32le refuses"));
   EXPECT_TRUE(contains(note("gb18030", "B0 A1 61"), "note: the library's rule for gb18030"));
-  EXPECT_TRUE(contains(note("fujitsu-jp", "28 40 40 29"), "refuses the blank of two bytes, 40 40"));
-  EXPECT_TRUE(contains(note("iso2022kr", "0E 21 20 0F"), "refuses the blank of two bytes, 21 20"));
-  EXPECT_TRUE(contains(note("dec-jp", "8E B1"), "half-width katakana"));
+  EXPECT_TRUE(contains(note("fujitsu-jp", "28 40 40 29"), "refuses the code 40 40, though it is sound"));
+  EXPECT_TRUE(contains(note("iso2022kr", "0E 21 20 0F"), "refuses the code 21 20, though it is sound"));
+  EXPECT_TRUE(contains(note("ibm-942", "B1"), "refuses 64 bytes that are sound, the first 80, the last DF"));
+  EXPECT_TRUE(contains(note("shift-jis", "80"), "refuses the byte 80, though it is sound"));
+  EXPECT_TRUE(contains(note("us-ascii", "85"), "refuses 32 bytes that are sound, the first 80, the last 9F"));
+  EXPECT_EQ(note("dec-jp", "8E B1"), "");
   EXPECT_EQ(note("utf-32le", "61 00 00 00"), "");
   EXPECT_EQ(note("ibm-939", "0E 30"), "");
   EXPECT_EQ(note("shift-jis", "FF"), "");
+}
+
+// Text that was written without a loss has no fault, or one with a note.
+TEST(VeldValidate, WhatConversionWritesIsSound) {
+  std::string hangul;
+  for (int lead = 0xEA; lead < 0xED; ++lead) {
+    for (int second = 0x80; second < 0xC0; ++second) {
+      if (lead == 0xEA && second < 0xB0) continue;
+      hangul += {static_cast<char>(lead), static_cast<char>(second), '\x82'};
+    }
+  }
+  const auto expectSound = [](const char* encoding, std::string_view text) {
+    const Outcome written = convert("utf-8", encoding, text);
+    ASSERT_EQ(written.exitCode, 0) << encoding << written.errors;
+    const Outcome outcome = validate(encoding, written.output);
+    EXPECT_TRUE(outcome.exitCode == 0 || contains(outcome.errors, "note: the library's rule for ")) << encoding;
+  };
+  for (const char* encoding : {"ms-949", "fujitsu-ko", "hitachi-ko", "hitquo-ko", "hitachi-cn"}) {
+    expectSound(encoding, hangul);
+  }
+  for (const char* encoding : {"ibm-942", "macos-1", "shift-jis"}) expectSound(encoding, bytes("EF BD B1"));
+  for (const char* encoding : {"shift-jis", "big5"}) expectSound(encoding, bytes("C2 80"));
+  expectSound("euc-cn", bytes("E2 82 AC"));
 }
 
 TEST(VeldValidate, AFullDeviceIsTold) {
