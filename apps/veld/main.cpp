@@ -62,7 +62,8 @@ LF or NEL. NAME utf-16 reads a byte order mark.
 
 With --all the text goes on one byte behind a fault, in UTF-16 and UTF-32 one unit, in the shift state that held there.
 Some rules of the library are narrower than what "veld convert" writes, which a note tells beside a fault that may be
-sound text: UTF-32 ends at U+1018F, and gb18030 is known in part. utf-8 is taken up to F7 BF BF BF. utf-e, ucsu and some pages can't be validated.
+sound text: UTF-32 ends at U+1018F, and gb18030 is known in part. utf-8 is taken up to F7 BF BF BF. utf-e, ucsu and some
+pages can't be validated.
 
 Exit status: 0 valid; 1 there is a fault; 2 not done.)";
 
