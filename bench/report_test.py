@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
-"""Tests of bench/report: its arithmetic on made-up samples, and a short run of the program from end to end.
+"""Tests of bench/report: its arithmetic and its judgement on made-up samples, and a short run of the program from end to
+end.
 
-usage: bench/report_test.py [--program FILE --out DIR]
-Without a program only the arithmetic is tested.
+usage: bench/report_test.py [--program FILE --out DIR] [CLASS...]
+Without a program the run is skipped.
 """
 import argparse
 import json
 import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -16,6 +18,7 @@ sys.dont_write_bytecode = True
 from reporting import page, picture, ratios, tables  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
+CONTEXT = {"compiler": "g++", "glibc": "2", "icu": "72", "samples": 1, "sampleSeconds": 0.01}
 OPTIONS = argparse.Namespace(program=None, out=None)
 
 
@@ -92,6 +95,41 @@ class Arithmetic(unittest.TestCase):
         self.assertEqual(filled, "x\n<!-- a: begin -->\nnew\n<!-- a: end -->\ny")
         with self.assertRaises(ValueError):
             page.fill("nothing here", {"a": "new"})
+
+    def test_the_page_in_docs_has_a_place_for_every_part(self):
+        parts = page.parts({"model": "x", "count": 1, "flags": []}, CONTEXT, [], [])
+        page.fill((HERE.parent / "docs" / "performance.md").read_text(), parts)
+
+
+class Judgement(unittest.TestCase):
+    """bench/report on the samples of an earlier run."""
+
+    @staticmethod
+    def report(groups, *options):
+        with tempfile.TemporaryDirectory() as folder:
+            samples = pathlib.Path(folder) / "samples.json"
+            samples.write_text(json.dumps({"context": CONTEXT, "groups": groups}))
+            command = [sys.executable, str(HERE / "report"), "--samples", str(samples), "--out", folder, "--keep-docs"]
+            return subprocess.run(command + list(options), capture_output=True, text=True, check=False)
+
+    def expect(self, groups, status, words):
+        judged = self.report(groups, "--judge")
+        self.assertEqual((judged.returncode, judged.stderr), (status, ""))
+        self.assertIn(words, judged.stdout)
+        told = self.report(groups)
+        self.assertEqual((told.returncode, told.stdout), (0, judged.stdout))
+
+    def test_all_ratios_reach_their_floors(self):
+        self.expect([group("page", "random", veldnls=[10], iconv=[10])], 0, "0 of 1 ratios are below their floors")
+
+    def test_one_ratio_below_its_floor_is_printed_and_fails(self):
+        groups = [group("page", "random", veldnls=[10], iconv=[30]), group("multi", "field-16", veldnls=[10], iconv=[14])]
+        self.expect(groups, 1, "1 of 2 ratios are below their floors\n  1.400  floor 1.50  a to b")
+
+    def test_a_ratio_without_a_floor_is_not_judged_and_nothing_judged_fails(self):
+        floorless = group("validate", "random", veldnls=[20], ICU=[10])
+        self.expect([floorless], 1, "0 of 0 ratios are below their floors")
+        self.expect([floorless, group("unicode", "random", veldnls=[10], ICU=[20])], 0, "0 of 1 ratios")
 
 
 class EndToEnd(unittest.TestCase):

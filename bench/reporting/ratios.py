@@ -91,6 +91,12 @@ def ratios_of(group, has_vbmi):
         yield Ratio(group["kind"], group["op"], group["text"], group["form"], peer, ratio, floor)
 
 
+def all_reach_their_floors(ratios):
+    """False also where nothing is judged, so that a filter without a match doesn't pass."""
+    judged = [ratio for ratio in ratios if ratio.floor is not None]
+    return bool(judged) and not any(ratio.below for ratio in judged)
+
+
 def speed_of(group):
     own = next(median(c["ns"]) for c in group["candidates"] if c["name"] == LIBRARY)
     gigabytes = group["bytes"] / own if group["bytes"] else None
