@@ -3,10 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <ostream>
+#include <string>
 
 #include "bounds/calls.h"
+#include "bounds/routes.h"
+#include "support/conversion.h"
 #include "support/guard.h"
 
 namespace bounds_test {
@@ -106,6 +113,42 @@ bool isStarred(Span bytes) {
   return true;
 }
 
+// A number with a decimal comma, as its field shows it.
+struct Shown {
+  long double value = 0;
+  long double lastPlace = 0;
+};
+
+std::optional<Shown> shownIn(Span bytes) {
+  std::string text;
+  for (size_t i = 0; i + 1 < bytes.size(); i += sizeof(char16_t)) {
+    if (bytes[i + 1] != 0) return std::nullopt;
+    const char character = static_cast<char>(bytes[i]);
+    if (character != ' ' && character != '.') text += character == ',' ? '.' : character;
+  }
+  Shown shown;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, shown.value);
+  if (error != std::errc() || rest != end) return std::nullopt;
+  const size_t mark = std::min(text.find_first_of("eE"), text.size());
+  const size_t point = std::min(text.find('.'), mark);
+  int exponent = mark < text.size() ? std::atoi(text.c_str() + mark + 1) : 0;
+  if (point < mark) exponent -= static_cast<int>(mark - point - 1);
+  shown.lastPlace = std::pow(10.0L, static_cast<long double>(exponent));
+  return shown;
+}
+
+// A number as its room allows, which is off by no more than the places that are shown, or stars.
+bool isFitted(const Outcome& outcome, const Outcome& whole) {
+  if (outcome == whole) return true;
+  const NlsStatus status = outcome.result.status;
+  if (status == nlsFieldTooNarrow) return isStarred(outcome.bytes);
+  const std::optional<Shown> shown = shownIn(outcome.bytes);
+  const std::optional<Shown> wanted = shownIn(whole.bytes);
+  if ((status != 0 && status != nlsDigitsLost) || !shown.has_value() || !wanted.has_value()) return false;
+  return std::abs(shown->value - wanted->value) <= shown->lastPlace + wanted->lastPlace;
+}
+
 // The last units of `whole`, from the end.
 bool isReversedTail(Span bytes, Span whole) {
   if (bytes.size() > whole.size()) return false;
@@ -129,7 +172,7 @@ bool isShortened(const CallRow& row, const Outcome& outcome, const Outcome& whol
     case Shortening::stars:
       return outcome == whole || isStarred(outcome.bytes);
     case Shortening::fitted:
-      return true;
+      return isFitted(outcome, whole);
     default:
       return outcome.bytes.size() == whole.bytes.size() ? outcome.bytes == whole.bytes
                                                         : isReversedTail(outcome.bytes, whole.bytes);
@@ -194,6 +237,20 @@ TEST_P(Bounds, ShortTexts) {
 
 // Around the sizes at which scratch memory leaves the stack.
 TEST_P(Bounds, TextsAroundScratchSizes) { check({{255, 257}, {1023, 1025}, {2047, 2049}}, 2); }
+
+// User characters are in the texts, where they change what comes out.
+TEST(UserTables, AreSeenInShortTexts) {
+  for (const Route& route : routes()) {
+    if (!route.hasUserTables()) continue;
+    TranscodingPipeline* without = Route{route.source, route.target}.pipeline();
+    int seen = 0;
+    for (uint32_t seed = 0; seed < 60; ++seed) {
+      const Bytes text = makeText(route.source.kind, Condition::whole, seed, 40);
+      if (test::convertWhole(route.pipeline(), text).bytes != test::convertWhole(without, text).bytes) ++seen;
+    }
+    EXPECT_GE(seen, 6) << route.name();
+  }
+}
 
 INSTANTIATE_TEST_SUITE_P(Calls, Bounds, testing::ValuesIn(callRows()), [](const auto& row) { return row.param.name; });
 

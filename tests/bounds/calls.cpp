@@ -209,6 +209,29 @@ void addLookups(Rows& rows) {
                   .outputSize = sizeof QZNLS::hostLocaleName});
 }
 
+// ---- Validation, a row or more for each class of encodings ----
+
+void addValidations(Rows& rows) {
+  constexpr std::pair<CEI, TextKind> validated[] = {
+      {U_WLATIN1_CE, TextKind::bytes},     {U_PCOEM850_CE, TextKind::bytes},    {U_UTF8_CE, TextKind::utf8},
+      {U_L_UNICODE_CE, TextKind::utf16le}, {U_B_UNICODE_CE, TextKind::utf16be}, {U_L_UCS4_CE, TextKind::utf32le},
+      {U_B_UCS4_CE, TextKind::utf32be},    {U_SHIFTJIS_CE, TextKind::shiftJis}, {U_EUCJP_CE, TextKind::eucJp},
+      {U_GB18030_CE, TextKind::gb18030},   {U_IBM939_CE, TextKind::ibm939},     {U_HITACHIJP_CE, TextKind::hitachiJp}};
+  for (const auto& [number, kind] : validated) {
+    const CEI cei = number;
+    rows.push_back({.name = "validateEncodedText_" + std::to_string(cei),
+                    .input = kind,
+                    .call = [cei](Span text, Room output) -> CallResult {
+                      int32_t offset = 0;
+                      const NlsStatus status =
+                          nls()->validateEncodedText(nls(), text.data(), sizeOf(text), cei, nullptr, &offset);
+                      EXPECT_NE(status, nlsUnknownEncoding);
+                      return answer(status, output, offset);
+                    },
+                    .outputSize = sizeof(int32_t)});
+  }
+}
+
 // ---- Numbers ----
 
 double realOf(Span bytes) {
@@ -249,6 +272,7 @@ void addNumbers(Rows& rows) {
 // The input isn't read: its address has no memory.
 void addEstimates(Rows& rows) {
   for (const Route& route : routes()) {
+    if (route.hasUserTables()) continue;  // which estimates don't ask
     rows.push_back(
         {.name = "estimateOutputLength_" + route.name(),
          .input = route.source.kind,
@@ -269,6 +293,7 @@ std::vector<CallRow> callRows() {
   for (const Route& route : routes()) addRoute(rows, route);
   addConvertSlots(rows);
   addLookups(rows);
+  addValidations(rows);
   addNumbers(rows);
   addEstimates(rows);
   addLocaleCalls(rows);

@@ -26,7 +26,7 @@ enum class Shortening {
   closed,           // the same but for a shift-in that ends it
   reversed,         // digits: the low ones remain, last one first
   stars,            // it has stars in their place
-  fitted,           // it is another text, made for its room
+  fitted,           // it is another text, made for its room, or stars
 };
 
 struct CallRow {

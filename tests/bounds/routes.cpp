@@ -5,14 +5,20 @@
 #include <memory>
 #include <ostream>
 #include <span>
+#include <stdexcept>
+#include <tuple>
 
 #include "reference/encoding_text.h"
+#include "transcode/built_user_tables.h"
 
 namespace bounds_test {
 
 namespace {
 
+using transcode_test::Codes;
+using transcode_test::ListInUse;
 using transcode_test::Pipeline;
+using transcode_test::UserList;
 
 constexpr Encoding unicodeForms[] = {
     {"utf8", U_UTF8_CE, TextKind::utf8},
@@ -37,10 +43,49 @@ constexpr Encoding ibm939{"ibm939", U_IBM939_CE, TextKind::ibm939};
 constexpr Encoding hitachiJp{"hitachiJp", U_HITACHIJP_CE, TextKind::hitachiJp};
 constexpr Encoding iso2022jp{"iso2022jp", U_ISO2022JP_CE, TextKind::iso2022jp};
 constexpr Encoding iso2022kr{"iso2022kr", U_ISO2022KR_CE, TextKind::iso2022kr};
+constexpr Encoding ms950{"ms950", U_MS950_CE, TextKind::ms950};
 constexpr Encoding ms936 = page("ms936", U_MS936_CE);
 constexpr Encoding jis7 = page("jis7", U_JIS7_CE);
 constexpr Encoding necJp = page("necJp", U_NECJP_CE);
 constexpr Encoding pcjis = page("pcjis", U_PCJIS_CE);
+
+// ---- User characters, with codes that the texts have ----
+
+Codes codesFrom(std::initializer_list<std::pair<uint16_t, uint16_t>> ranges) {
+  Codes codes;
+  for (const auto& [first, count] : ranges) {
+    for (uint16_t i = 0; i < count; ++i) codes.push_back(static_cast<uint16_t>(first + i));
+  }
+  return codes;
+}
+
+// Private-use characters stand in between.
+const UserCharacterTable* betweenEncodings() {
+  const Codes own = codesFrom({{0xFA40, 63}, {0xFAA1, 94}});
+  const Codes other = codesFrom({{0x6941, 157}});
+  static UserList list;
+  static UserCharacterTable* const head =
+      list.add({{ms950.cei, own}, {ibm939.cei, other}}).add({{ibm939.cei, other}, {ms950.cei, own}}).head();
+  return head;
+}
+
+// Kana and codes of users, and characters of Unicode that are Greek ones, punctuation and signs otherwise.
+const UserCharacterTable* withUnicode() {
+  const Codes codes = codesFrom({{0x829F, 80}, {0x8340, 63}, {0x8380, 23}, {0xF040, 63}, {0xF080, 125}, {0xF140, 14}});
+  const Codes units = codesFrom({{0x0391, 112}, {0x2010, 256}});
+  static UserList list;
+  static UserCharacterTable* const head = list.add({{shiftJis.cei, codes}, {U_L_UNICODE_CE, units}})
+                                              .add({{U_L_UNICODE_CE, units}, {shiftJis.cei, codes}})
+                                              .head();
+  return head;
+}
+
+void addWithUserTables(std::vector<Route>& all) {
+  const auto& [utf8, utfe, utf16le, utf16be, utf32le, utf32be] = unicodeForms;
+  all.push_back({ms950, ibm939, betweenEncodings});
+  all.push_back({utf16le, shiftJis, withUnicode});
+  all.push_back({shiftJis, utf8, withUnicode});
+}
 
 void addMultiByte(std::vector<Route>& all) {
   const auto& [utf8, utfe, utf16le, utf16be, utf32le, utf32be] = unicodeForms;
@@ -86,18 +131,27 @@ std::vector<Route> makeRoutes() {
   all.push_back({page("any", U_ANY_CE), unicodeForms[2]});
   all.push_back({page("any", U_ANY_CE), unicodeForms[4]});
   addMultiByte(all);
+  addWithUserTables(all);
   return all;
 }
 
 }  // namespace
 
-std::string Route::name() const { return std::string(source.name) + "_to_" + target.name; }
+const UserCharacterTable* noUserTables() { return nullptr; }
+
+std::string Route::name() const {
+  return std::string(source.name) + "_to_" + target.name + (hasUserTables() ? "_withUserTables" : "");
+}
 
 TranscodingPipeline* Route::pipeline() const {
   transcode_test::host();  // ahead of its pipelines, so that it outlives them
-  static std::map<std::pair<CEI, CEI>, std::unique_ptr<Pipeline>> made;
-  std::unique_ptr<Pipeline>& pipeline = made[{source.cei, target.cei}];
-  if (pipeline == nullptr) pipeline = std::make_unique<Pipeline>(source.cei, target.cei);
+  static std::map<std::tuple<CEI, CEI, UserTables>, std::unique_ptr<Pipeline>> made;
+  std::unique_ptr<Pipeline>& pipeline = made[{source.cei, target.cei, userTables}];
+  if (pipeline == nullptr) {
+    const ListInUse list(userTables());
+    pipeline = std::make_unique<Pipeline>(source.cei, target.cei);
+    if (hasUserTables() && (*pipeline)->flags == 0) throw std::logic_error(name() + " has no user characters");
+  }
   return *pipeline;
 }
 

@@ -1,6 +1,6 @@
 // The routes that stand for all: every pair of Unicode forms, single bytes to and from each of them, bytes to bytes,
-// pairs that copy, and multi-byte text of every structure. Tests of buffers, cuts, overlap, failing memory and threads
-// go through this table; a new kind of route is a new row.
+// pairs that copy, multi-byte text of every structure, and user characters. Tests of buffers, cuts, overlap, failing
+// memory and threads go through this table; a new kind of route is a new row.
 #pragma once
 
 #include <iosfwd>
@@ -17,11 +17,19 @@ struct Encoding {
   TextKind kind;
 };
 
+// A host's list of user character tables, or null.
+using UserTables = const UserCharacterTable* (*)();
+
+const UserCharacterTable* noUserTables();
+
 struct Route {
   Encoding source;
   Encoding target;
+  // The list that stands while the route's pipelines are made.
+  UserTables userTables = noUserTables;
 
-  // As utf8_to_wlatin1.
+  bool hasUserTables() const { return userTables != noUserTables; }
+  // As utf8_to_wlatin1, or ms950_to_ibm939_withUserTables.
   std::string name() const;
   // The route's pipeline, made at the first call and shared by all.
   TranscodingPipeline* pipeline() const;

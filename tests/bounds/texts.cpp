@@ -88,16 +88,23 @@ Bytes byteText(Random& random, bool blankTail, size_t length) {
 // Katakana of both widths, hiragana, ideographs and syllables, of which each encoding has some.
 constexpr Range eastern[] = {{0x3000, 4}, {0x3041, 80}, {0x30A1, 80}, {0xFF61, 63}, {0x4E00, 0x1000}, {0xAC00, 0x800}};
 
+// Characters of users, which ms-950 has at FA40 to FAFE.
+constexpr Range privateUse = {0xE000, 157};
+
 Bytes encoded(CEI cei, std::u32string_view characters) {
   const Bytes units = transcode_test::utf16(characters);
   return transcode_test::expectedMultiByte(U_L_UNICODE_CE, cei, units, 16 * units.size() + 16, {.gbLoaded = true})
       .outcome.bytes;
 }
 
-std::u32string characterRun(Random& random) {
+const Range& rangeOf(CEI cei, Random& random) {
+  if (cei == U_MS950_CE && random() % 4 == 0) return privateUse;
+  return random() % 2 == 0 ? ranges[0] : eastern[below(random, static_cast<uint32_t>(std::size(eastern)))];
+}
+
+std::u32string characterRun(CEI cei, Random& random) {
   constexpr uint32_t longestRun = 4;
-  const Range& range =
-      random() % 2 == 0 ? ranges[0] : eastern[below(random, static_cast<uint32_t>(std::size(eastern)))];
+  const Range& range = rangeOf(cei, random);
   std::u32string run;
   for (uint32_t left = below(random, longestRun) + 1; left > 0; --left) run += range.first + below(random, range.count);
   return run;
@@ -108,7 +115,7 @@ Bytes multiByteText(CEI cei, Random& random, bool blankTail, size_t length) {
   const size_t written = blankTail ? length - length / 4 : length;
   Bytes text;
   for (;;) {
-    const Bytes run = encoded(cei, characterRun(random));
+    const Bytes run = encoded(cei, characterRun(cei, random));
     if (text.size() + run.size() > written) break;
     text.insert(text.end(), run.begin(), run.end());
   }
@@ -165,6 +172,8 @@ CEI multiByteCei(TextKind kind) {
       return U_ISO2022JP_CE;
     case TextKind::iso2022kr:
       return U_ISO2022KR_CE;
+    case TextKind::ms950:
+      return U_MS950_CE;
     default:
       return -1;
   }

@@ -30,7 +30,8 @@ enum class TextKind {
   localeName,
   number,
   moment,
-  real
+  real,
+  ms950
 };
 
 // The encoding of a kind of multi-byte text; -1 for the others.

@@ -5,6 +5,7 @@
 
 #include "bounds/routes.h"
 #include "faults/failing_memory.h"
+#include "transcode/built_user_tables.h"
 
 namespace faults_test {
 
@@ -39,6 +40,7 @@ TEST_P(Faults, Creation) {
   const auto create = [] {
     return nls()->createPipeline(nls(), GetParam().source.cei, GetParam().target.cei, nullptr, nullptr);
   };
+  const transcode_test::ListInUse list(GetParam().userTables());
   TranscodingPipeline* warm = create();
   ASSERT_NE(warm, nullptr);
   warm->destroy(warm);
@@ -54,6 +56,12 @@ TEST_P(Faults, Creation) {
         const FailingMemory memory(host().memory, failure, n);
         pipeline = create();
         failed = memory.failed();
+      }
+      // Without memory for user characters a pipeline is made without them.
+      if (failed && pipeline != nullptr && GetParam().hasUserTables()) {
+        ASSERT_EQ(pipeline->flags, 0u) << n;
+        ASSERT_EQ(pipeline->destroy(pipeline), 0u);
+        pipeline = nullptr;
       }
       ASSERT_EQ(pipeline == nullptr, failed) << n;
       ASSERT_EQ(usedBytes(nls()->pool) == used, failed) << n;

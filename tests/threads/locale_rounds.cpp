@@ -33,10 +33,17 @@ class Everything {
     add(&QZLocale::formatPercent, value, 30, 1, FMT_PERCENT_PARENTHESES);
     add(&QZLocale::formatInt64, integer, 0, 0, FMT_GROUP);
     add(&QZLocale::formatInt64, integer, 24, 0, FMT_ZERO);
-    addInteger();
+    addInteger<int64_t>(&QZLocale::parseInt64, 0);
+    add(&QZLocale::formatUInt64, static_cast<uint64_t>(integer), 20, 0, FMT_HEX);
+    addInteger<uint64_t>(&QZLocale::parseUInt64, PARSE_HEX);
+    add(&QZLocale::formatInt32, static_cast<int32_t>(-integer), 0, 12, 0U);
+    addInteger<int32_t>(&QZLocale::parseInt32, 0);
+    add(&QZLocale::formatUInt32, static_cast<uint32_t>(integer), 0, 0, FMT_GROUP);
+    addInteger<uint32_t>(&QZLocale::parseUInt32, 0);
     add(&QZLocale::formatDate, static_cast<uint32_t>(integer % 12 + 1), 17U, 2011U, NLS_DATE_STYLE_LONG);
     addDate();
     add(&QZLocale::formatTime, static_cast<double>(integer), NLS_TIME_STYLE_12);
+    addTime();
     add(&QZLocale::formatDateTime, static_cast<double>(integer), 0U);
     addMoment();
     add(&QZLocale::getLanguage);
@@ -62,10 +69,11 @@ class Everything {
     addNumber(locale_->parseDouble(locale_, text_, length_, &value, &consumed));
     addNumber(value);
   }
-  void addInteger() {
-    int64_t value = 0;
+  template <class Value, class Slot>
+  void addInteger(Slot QZLocale::*slot, uint32_t flags) {
+    Value value = 0;
     int32_t consumed = 0;
-    addNumber(locale_->parseInt64(locale_, text_, length_, 0, &value, &consumed));
+    addNumber((locale_->*slot)(locale_, text_, length_, flags, &value, &consumed));
     addNumber(value);
   }
   void addDate() {
@@ -73,6 +81,12 @@ class Everything {
     int32_t consumed = 0;
     addNumber(locale_->parseDate(locale_, text_, length_, NLS_DATE_STYLE_LONG, &month, &day, &year, &consumed));
     addNumber(month + 100 * day + 10000 * year);
+  }
+  void addTime() {
+    double value = 0;
+    int32_t consumed = 0;
+    addNumber(locale_->parseTime(locale_, text_, length_, NLS_TIME_STYLE_12, &value, &consumed));
+    addNumber(value);
   }
   void addMoment() {
     double value = 0;

@@ -10,6 +10,7 @@ namespace {
 
 TEST(ThreadsForLong, FirstPipelines) { makeFirstPipelinesAtOnce(5000); }
 TEST(ThreadsForLong, FirstMultiBytePipelines) { makeFirstMultiBytePipelinesAtOnce(5000); }
+TEST(ThreadsForLong, FirstPipelinesWithUserTables) { makeFirstPipelinesWithUserTablesAtOnce(1500); }
 TEST(ThreadsForLong, SharedPipelines) { hammerSharedPipelines(200); }
 TEST(ThreadsForLong, SharedLocales) { hammerSharedLocales(500); }
 TEST(ThreadsForLong, OnePool) { hammerOnePool(50000); }

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <functional>
 #include <random>
 #include <thread>
 
 #include "bounds/routes.h"
 #include "core/qznlsstub.h"
 #include "support/conversion.h"
+#include "transcode/built_user_tables.h"
 
 namespace threads_test {
 
@@ -24,15 +26,31 @@ using bounds_test::Route;
 using bounds_test::routes;
 using transcode_test::nls;
 
+// What validation says of a text.
+struct Verdict {
+  NlsStatus status = 0;
+  int32_t offset = 0;
+
+  bool operator==(const Verdict&) const = default;
+};
+
+Verdict verdictOf(const Route& route, const Bytes& text) {
+  Verdict verdict;
+  verdict.status = nls()->validateEncodedText(nls(), text.data(), static_cast<uint32_t>(text.size()), route.source.cei,
+                                              nullptr, &verdict.offset);
+  return verdict;
+}
+
 // A text on a route, and what a single thread makes of it.
 struct Job {
   const Route* route;
   Bytes text;
   Bytes wanted = {};
   NlsStatus status = 0;
+  Verdict verdict = {};
 };
 
-using Choice = bool (*)(const Route& route);
+using Choice = std::function<bool(const Route& route)>;
 
 bool every(const Route&) { return true; }
 bool needsSingleByteModule(const Route& route) {
@@ -42,10 +60,10 @@ bool needsSingleByteModule(const Route& route) {
 // A pipeline to GB18030 depends on whether another thread has made one from it already.
 bool needsMultiByteModule(const Route& route) {
   const bool converts = nls()->conversionNeeded(nls(), route.source.cei, route.target.cei) != 0;
-  return isMultiByte(route) && converts && route.target.cei != U_GB18030_CE;
+  return isMultiByte(route) && !route.hasUserTables() && converts && route.target.cei != U_GB18030_CE;
 }
 
-std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, Choice isChosen) {
+std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, const Choice& isChosen) {
   std::vector<Job> jobs;
   for (const Route& route : routes()) {
     if (!isChosen(route)) continue;
@@ -54,6 +72,7 @@ std::vector<Job> makeJobs(std::initializer_list<size_t> lengths, Choice isChosen
       test::Converted alone = test::convertWhole(route.pipeline(), job.text);
       job.wanted = std::move(alone.bytes);
       job.status = alone.status;
+      job.verdict = verdictOf(route, job.text);
       jobs.push_back(std::move(job));
     }
   }
@@ -120,6 +139,16 @@ void makeFirstMultiBytePipelinesAtOnce(int rounds) {
   const transcode_test::Pipeline reloading(U_GB18030_CE, U_L_UNICODE_CE);
 }
 
+void makeFirstPipelinesWithUserTablesAtOnce(int rounds) {
+  for (const Route& route : routes()) {
+    if (!route.hasUserTables()) continue;
+    const std::vector<Job> jobs = makeJobs({40, 900}, [&](const Route& other) { return &other == &route; });
+    const transcode_test::ListInUse list(route.userTables());
+    makePipelinesAtOnce(rounds, jobs, unloadMultiByteModule);
+    const transcode_test::Pipeline reloading(U_GB18030_CE, U_L_UNICODE_CE);
+  }
+}
+
 void hammerSharedPipelines(int rounds) {
   constexpr int threadCount = 16;
   const std::vector<Job> jobs = makeJobs({40, 3000}, every);
@@ -133,6 +162,7 @@ void hammerSharedPipelines(int rounds) {
       for (size_t i = 0; i < jobs.size(); ++i) {
         const size_t place = (i + 7 * index) % jobs.size();
         if (!succeeds(pipelines[place], jobs[place])) ++failures;
+        if (verdictOf(*jobs[place].route, jobs[place].text) != jobs[place].verdict) ++failures;
       }
     }
   });

@@ -10,8 +10,11 @@ void makeFirstPipelinesAtOnce(int rounds);
 // The same with the multi-byte module and, for some of the threads, the GB18030 module.
 void makeFirstMultiBytePipelinesAtOnce(int rounds);
 
-// Threads that share all pipelines, and the pool of the object with scratch memory from it. Every result is compared
-// with that of one thread alone.
+// The same with pipelines that take user characters from the list of the object.
+void makeFirstPipelinesWithUserTablesAtOnce(int rounds);
+
+// Threads that share all pipelines, and the pool of the object with scratch memory from it, and validate the texts.
+// Every result is compared with that of one thread alone.
 void hammerSharedPipelines(int rounds);
 
 // Threads that take and give back blocks of one pool, and look whether the contents last.

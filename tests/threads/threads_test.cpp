@@ -10,6 +10,7 @@ namespace {
 
 TEST(Threads, FirstPipelines) { makeFirstPipelinesAtOnce(100); }
 TEST(Threads, FirstMultiBytePipelines) { makeFirstMultiBytePipelinesAtOnce(100); }
+TEST(Threads, FirstPipelinesWithUserTables) { makeFirstPipelinesWithUserTablesAtOnce(30); }
 TEST(Threads, SharedPipelines) { hammerSharedPipelines(20); }
 TEST(Threads, SharedLocales) { hammerSharedLocales(10); }
 TEST(Threads, OnePool) { hammerOnePool(5000); }
