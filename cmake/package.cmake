@@ -18,8 +18,10 @@ set(veldnls_runtime_package libveldnls${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${veldnls_runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "National-language support for data servers
-One loadable module that names, compares and converts character encodings: code
-pages of Windows, ISO 8859, PC, Macintosh and EBCDIC, and the Unicode forms.")
+One loadable module that names, compares, converts and validates character
+encodings: code pages of Windows, ISO 8859, PC, Macintosh and EBCDIC, multi-byte
+encodings of Chinese, Japanese and Korean, and the Unicode forms. Its locales
+format and parse numbers, money, dates and times.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libveldnls-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -32,9 +34,11 @@ pkg-config need to find them.")
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME veldnls-tool)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${veldnls_runtime_package} (>= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_TOOL_DESCRIPTION "Text between encodings, by the veldnls library
-The program veld converts files between any two encodings of the library, and
-shows its encoding table.")
+set(CPACK_DEBIAN_TOOL_DESCRIPTION "Text between encodings and values in locales, by veldnls
+The program veld converts files between any two encodings of the library and
+tells what is lost, validates files, and shows on which characters two encodings
+differ. It formats and parses numbers, money, dates and times in a locale, and
+shows the tables of encodings and locales.")
 
 # Where Debian looks for it, and only in packages.
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)

@@ -63,12 +63,20 @@ std::string readWhole(const std::string& path) {
 
 }  // namespace
 
+bool inProcessLocale() { return std::getenv("VELDNLS_DECIMAL_POINT") != nullptr; }
+
+std::vector<std::string> usualEnvironment() {
+  if (inProcessLocale()) return {};
+  return {"LC_ALL=C"};
+}
+
 Outcome runVeld(const Call& call) {
   signal(SIGPIPE, SIG_IGN);
   const Folder folder;
   const std::string outputPath = call.outputFile != nullptr ? call.outputFile : folder.file("output");
-  const int output = open(outputPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-  const int errors = open(folder.file("errors").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  const std::string errorPath = call.errorFile != nullptr ? call.errorFile : folder.file("errors");
+  const int output = open(outputPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
+  const int errors = open(errorPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, 0600);
   int input[2];
   if (output < 0 || errors < 0 || pipe2(input, O_CLOEXEC) != 0) std::abort();
   std::fflush(nullptr);
@@ -87,7 +95,7 @@ Outcome runVeld(const Call& call) {
   if (WIFEXITED(status)) outcome.exitCode = WEXITSTATUS(status);
   outcome.peakKilobytes = usage.ru_maxrss;
   if (call.outputFile == nullptr) outcome.output = readWhole(outputPath);
-  outcome.errors = readWhole(folder.file("errors"));
+  if (call.errorFile == nullptr) outcome.errors = readWhole(errorPath);
   return outcome;
 }
 

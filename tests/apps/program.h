@@ -18,14 +18,20 @@ struct Outcome {
   long peakKilobytes = 0;
 };
 
+// Whether CTest put this program into another locale.
+bool inProcessLocale();
+// LC_ALL=C, or in such a program nothing.
+std::vector<std::string> usualEnvironment();
+
 struct Call {
   std::vector<std::string> arguments = {};
-  std::string input = {};                               // its standard input, through a pipe
-  std::vector<std::string> environment = {"LC_ALL=C"};  // added to that of the test
-  size_t pieceSize = 0;                                 // if set, input comes in pieces, with pauses
-  std::function<void(int file)> writer = nullptr;       // if set, writes standard input instead
-  const char* outputFile = nullptr;                     // if set, standard output goes there
-  int closedFile = -1;                                  // if set, a standard file that is closed
+  std::string input = {};                                     // its standard input, through a pipe
+  std::vector<std::string> environment = usualEnvironment();  // added to that of the test
+  size_t pieceSize = 0;                                       // if set, input comes in pieces, with pauses
+  std::function<void(int file)> writer = nullptr;             // if set, writes standard input instead
+  const char* outputFile = nullptr;                           // if set, standard output goes there
+  const char* errorFile = nullptr;                            // if set, standard error goes there
+  int closedFile = -1;                                        // if set, a standard file that is closed
 };
 
 Outcome runVeld(const Call& call);

@@ -1,5 +1,8 @@
 // veld convert and validate: machine-readable reports, and progress.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
@@ -129,6 +132,74 @@ TEST(VeldProgress, TellsTheLastStateWhenAsked) {
   EXPECT_TRUE(contains(validated.errors, "veld: 100 %, 1.0 kB of 1.0 kB, ")) << validated.errors;
   EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--no-progress"}).errors, "");
   EXPECT_EQ(convert("utf-8", "wlatin1", "a", {"--no-progress", "--progress"}).exitCode, 2);
+}
+
+// What a program writes to a terminal.
+class Terminal {
+ public:
+  Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) std::abort();
+    name_ = ptsname(master_);
+  }
+  ~Terminal() { close(master_); }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  const char* name() const { return name_.c_str(); }
+
+  // All of it, when no program has it open any more.
+  std::string text() const {
+    std::string all;
+    char part[256];
+    for (ssize_t count = 0; (count = read(master_, part, sizeof part)) > 0;) {
+      all.append(part, static_cast<size_t>(count));
+    }
+    return all;
+  }
+
+ private:
+  int master_;
+  std::string name_;
+};
+
+// Pauses for longer than progress stays silent, and then for longer than it is left as it is.
+void writeSlowly(int file) {
+  for (const useconds_t pause : {1'050'000, 120'000, 0}) {
+    if (write(file, "abc", 3) != 3) return;
+    usleep(pause);
+  }
+}
+
+TEST(VeldProgress, ShowsByItselfOnATerminalAndIsCleared) {
+  const Terminal terminal;
+  const Outcome outcome = runVeld(
+      {.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1"}, .writer = writeSlowly, .errorFile = terminal.name()});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.output, "abcabcabc");
+  const std::string text = terminal.text();
+  const std::string start = "\r\x1B[K";
+  EXPECT_TRUE(text.starts_with(start + "6 B, ")) << text;
+  EXPECT_TRUE(contains(text, "/s" + start + "9 B, ")) << text;
+  EXPECT_TRUE(text.ends_with("/s" + start)) << text;
+  EXPECT_EQ(lineCount(text), 0u) << text;
+}
+
+TEST(VeldProgress, IsSilentOnATerminalThatHasTheOutput) {
+  const Terminal terminal;
+  const Outcome outcome = runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1"},
+                                   .writer = writeSlowly,
+                                   .outputFile = terminal.name(),
+                                   .errorFile = terminal.name()});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(terminal.text(), "abcabcabc");
+}
+
+TEST(VeldProgress, IsSilentOnATerminalInShortRuns) {
+  const Terminal terminal;
+  const Outcome outcome =
+      runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "wlatin1"}, .input = "abc", .errorFile = terminal.name()});
+  EXPECT_EQ(outcome.output, "abc");
+  EXPECT_EQ(terminal.text(), "");
 }
 
 TEST(VeldProgress, Text) {

@@ -1,42 +1,13 @@
 // Numbers out of text.
 #include <charconv>
 
-#include "locale/numbers_support.h"
-#include "support/parsed.h"
+#include "locale/numbers_parsers.h"
 
 namespace {
 
 using test::missing;
+using test::NumberParsers;
 using test::Parsed;
-
-class NumberParsers : public test::Numbers {
- protected:
-  // The text ends at a guard page.
-  template <class Value, class Slot, class... Flags>
-  Parsed<Value> parse(Slot slot, QZLocale* with, const std::u16string& text, Flags... flags) {
-    auto* end = reinterpret_cast<char16_t*>(area.data() + area.size());
-    char16_t* start = end - text.size();
-    std::copy(text.begin(), text.end(), start);
-    Parsed<Value> parsed{0, {}, -77};
-    parsed.status = slot(with, start, static_cast<int32_t>(text.size()), flags..., &parsed.value, &parsed.consumed);
-    return parsed;
-  }
-  Parsed<double> parseDouble(const std::u16string& text) {
-    return parse<double>(locale->parseDouble, locale.get(), text);
-  }
-  Parsed<int32_t> parseInt32(const std::u16string& text, uint32_t flags = 0) {
-    return parse<int32_t>(locale->parseInt32, locale.get(), text, flags);
-  }
-  Parsed<int64_t> parseInt64(const std::u16string& text, uint32_t flags = 0) {
-    return parse<int64_t>(locale->parseInt64, locale.get(), text, flags);
-  }
-  Parsed<uint32_t> parseUInt32(const std::u16string& text, uint32_t flags = 0) {
-    return parse<uint32_t>(locale->parseUInt32, locale.get(), text, flags);
-  }
-  Parsed<uint64_t> parseUInt64(const std::u16string& text, uint32_t flags = 0) {
-    return parse<uint64_t>(locale->parseUInt64, locale.get(), text, flags);
-  }
-};
 
 Parsed<double> number(double value, int32_t consumed) { return {0, value, consumed}; }
 Parsed<double> failed(NlsStatus status, int32_t consumed) { return {status, missing('.'), consumed}; }
@@ -197,27 +168,6 @@ TEST_F(NumberParsers, AllDigitsCount) {
   for (int i = 0; i < 300; ++i) long1 += u",000";
   EXPECT_EQ(parseDouble(long1 + u"e-900"), number(9007199254740992, static_cast<int32_t>(long1.size() + 5)));
   EXPECT_EQ(parseDouble(long1 + u".1e-900"), number(9007199254740994, static_cast<int32_t>(long1.size() + 7)));
-}
-
-TEST_F(NumberParsers, DoublesNextToAllKindsOfNumbers) {
-  std::mt19937_64 generator(99);
-  int failures = 0;
-  for (int i = 0; i < 3000; ++i) {
-    std::string digits = std::to_string(1 + generator() % 9);
-    for (uint64_t count = generator() % (i % 10 == 0 ? 80 : 22); count > 0; --count) {
-      digits += static_cast<char>('0' + generator() % 10);
-    }
-    const auto exponent = static_cast<int>(generator() % (i % 4 == 0 ? 680 : 60)) - (i % 4 == 0 ? 370 : 30);
-    const double expected = oracle::nearestDouble(digits, exponent);
-    const std::u16string text = test::widen(digits + "e" + std::to_string(exponent));
-    Parsed<double> parsed{0, expected, static_cast<int32_t>(text.size())};
-    if (!std::isfinite(expected)) parsed = failed(nlsNumberOverflow, parsed.consumed);
-    if (expected < 2.2250738585072014e-308) parsed = failed(nlsNumberUnderflow, parsed.consumed);
-    if (exponent <= 308 && parseDouble(text) != parsed && ++failures < 10) {
-      ADD_FAILURE() << test::narrow(text.data(), static_cast<int>(text.size())) << parseDouble(text) << parsed;
-    }
-  }
-  EXPECT_EQ(failures, 0);
 }
 
 TEST_F(NumberParsers, HalfwayPointsOfDoubles) {

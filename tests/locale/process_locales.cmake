@@ -12,13 +12,15 @@ endif()
 set(process_locales_folder ${CMAKE_BINARY_DIR}/process_locales)
 set(process_locales_compiled)
 # What takes longer and comes near no text of the process is left out.
-set(process_locales_programs locale_test dates_test locale_object_test numbers_test)
+set(process_locales_programs
+  locale_test dates_test locale_object_test numbers_test veld_format_test veld_parse_test)
 set(locale_test_filter "*")
 set(dates_test_filter
   "*-DatesCalendar.*:DatesMoment.RandomValues:DatesParseItems.EveryNumberItemWithEveryValue:DatesSlots.EveryCapacityInEveryLocale")
 set(locale_object_test_filter "*")
-set(numbers_test_filter
-  "*-NumberDifferential.*:IntegerDifferential.*:NumberParsers.DoublesNextToAllKindsOfNumbers")
+set(numbers_test_filter "*")
+set(veld_format_test_filter "*")
+set(veld_parse_test_filter "*")
 # In further zones, all tests of the dates that are done at once.
 string(CONCAT quick_dates_filter
   "*-DatesCalendar.EveryDayBothWays:DatesMoment.RandomValues:DatesFormatItems.ExactlyTheseUnitsAreItems"

@@ -13,6 +13,7 @@ void checkFigures(const std::string& path, const std::vector<LocaleData>& rows);
 namespace {
 
 constexpr size_t kItemCapacity = 160;
+constexpr size_t kLongestItem = 120;
 
 void checkTexts(const LocaleData& row) {
   for (const RecordField& field : kTextFields) {
@@ -36,6 +37,14 @@ void checkItems(const std::string& path, const LocaleData& row) {
             "item " + std::to_string(i) + " of " + row.key() + " has " + std::to_string(row.items[i].size()) +
                 " bytes, the record takes 160");
   }
+}
+
+void checkLongestItem(const std::string& path, const std::vector<LocaleData>& rows) {
+  size_t longest = 0;
+  for (const LocaleData& row : rows) {
+    for (const std::string& item : row.items) longest = std::max(longest, item.size());
+  }
+  requireCount(path, longest, kLongestItem, "bytes in its longest item");
 }
 
 void checkSigns(const LocaleData& row) {
@@ -179,6 +188,7 @@ void checkLocaleData(const std::string& data, const std::vector<LocaleData>& row
   checkFixedValues(rows);
   checkKnownOverrides(path, rows);
   checkFigures(path, rows);
+  checkLongestItem(path, rows);
 }
 
 }  // namespace gen

@@ -17,6 +17,8 @@ using gen::pages::Page;
 using gen::pages::Row;
 
 constexpr size_t ceiCount = 230;
+constexpr size_t pageReferences = 459;
+constexpr size_t distinctPages = 300;
 
 std::string identifier(std::string name) {
   for (char& c : name) {
@@ -49,6 +51,9 @@ class Tables {
   }
 
   void save() const { output_.save(); }
+
+  // How many from-pages there are.
+  size_t pages() const { return fromPages_.size(); }
 
  private:
   void addTo(const Row& row, const Page& page) {
@@ -103,16 +108,21 @@ void makePages(const std::string& data, const std::string& out) {
   Tables tables(out + "/pages/tables.inc");
   std::map<size_t, std::string> toNames;
   std::map<size_t, std::string> fromNames;
+  size_t references = 0;
   for (const Row& row : rows) {
     if (!row.hasTo()) continue;
     const Page page = pageOf(row, pages);
     checkRow(row, page);
     tables.add(row, page);
     toNames[row.cei] = "to_" + tableName(row);
-    if (row.hasFrom()) fromNames[row.cei] = "from_" + tableName(row);
+    if (!row.hasFrom()) continue;
+    fromNames[row.cei] = "from_" + tableName(row);
+    references += row.pages;
   }
   gen::pages::checkNamedPages(pages);
   pages.requireAllRead();
+  gen::requireCount(folder + "/rows.tsv", references, pageReferences, "references to from-pages");
+  gen::requireCount(folder + "/rows.tsv", tables.pages(), distinctPages, "distinct from-pages");
 
   tables.save();
   saveByCei(out + "/pages/to_by_cei.inc", toNames);

@@ -8,6 +8,8 @@ namespace gen::sets {
 
 namespace {
 
+constexpr size_t lookUpBytes = 952'252;
+
 std::string arrays(const std::string& prefix, const Set& set) {
   std::string name = set.table.empty() ? "none" : set.table;
   for (char& c : name) {
@@ -97,7 +99,9 @@ Texts readTexts(const std::string& data) {
 
 void writeSetTables(const std::string& out, const Texts& texts) {
   Output output(out + "/sets/tables.inc");
-  for (const auto& [name, table] : texts.tables.all()) writeTable(output, table);
+  size_t bytes = 0;
+  for (const auto& [name, table] : texts.tables.all()) bytes += writeTable(output, table);
+  requireCount(texts.sets.front().place.file, bytes, lookUpBytes, "bytes in its look-ups");
   writeNoTable(output);
   output.save();
   writeSets(out, texts.sets);

@@ -56,7 +56,7 @@ void writeRanks(Output& output, const std::string& name, const Ranks& ranks) {
 
 uint16_t inMemory(uint16_t code) { return static_cast<uint16_t>(code >> 8 | code << 8); }
 
-void writeTable(Output& output, const Table& table) {
+size_t writeTable(Output& output, const Table& table) {
   const std::string name = identifier(table.name);
   writePairs(output, "to_" + name, table.to, [](uint16_t unit) { return unit; });
   const Rows rows = makeRows(table.to);
@@ -70,6 +70,7 @@ void writeTable(Output& output, const Table& table) {
   auto next = table.from.begin();
   writeArray(output, "uint16_t", "values_" + name, table.from.size(),
              [&](size_t) { return std::to_string(inMemory((next++)->second.value)); });
+  return rows.bytes() + ranks.bytes();
 }
 
 void writeNoTable(Output& output) {

@@ -27,8 +27,8 @@ void writeRanks(Output& output, const std::string& name, const Ranks& ranks);
 uint16_t inMemory(uint16_t code);
 
 // The tables of one double-byte set: pairs to_... and from_..., their look-ups, and values_... in the order of units.
-// Fails when a look-up takes more room than its pairs.
-void writeTable(Output& output, const Table& table);
+// Returns the bytes of the look-ups; fails when one takes more room than its pairs.
+size_t writeTable(Output& output, const Table& table);
 
 // The look-ups of a set without mappings, under the name "none".
 void writeNoTable(Output& output);

@@ -10,6 +10,10 @@ constexpr size_t unitsWithoutRow = 34675;
 constexpr uint16_t firstWithoutRow = 0x0452;
 constexpr uint16_t highestUnit = 0xFFE5;
 constexpr uint32_t lastRowCode = 0x8431A233;
+constexpr size_t fromIndexBytes = 92'968;
+constexpr size_t toIndexBytes = 66'866;
+constexpr size_t tableBytes = rows * (sizeof(uint32_t) + sizeof(uint16_t));
+static_assert(fromIndexBytes <= tableBytes && toIndexBytes <= tableBytes);
 
 constexpr uint32_t singleCount = 0x80;
 constexpr uint32_t firstDouble = 0x8140;
@@ -83,13 +87,6 @@ Blocks makeBlocks(const std::map<uint32_t, uint16_t>& values, size_t keys, uint1
   return made;
 }
 
-void requireNoMoreRoom(const Place& place, size_t index, const char* what) {
-  constexpr size_t table = rows * (sizeof(uint32_t) + sizeof(uint16_t));
-  require(index <= table, place,
-          std::string(what) + " takes " + std::to_string(index) + " bytes, more than the table's " +
-              std::to_string(table) + "; trim it");
-}
-
 }  // namespace
 
 Gb18030 readGb18030(const std::string& path) {
@@ -121,7 +118,7 @@ GbFromIndex makeGbFromIndex(const Gb18030& gb) {
   }
   require(made.longCodes.size() <= 0x8000, gb.place, "places of other codes reach into the two-byte codes");
   made.blocks = makeBlocks(cells, lastUnit + 1, 0);
-  requireNoMoreRoom(gb.place, made.bytes(), "the look-up by unit");
+  requireCount(gb.place.file, made.bytes(), fromIndexBytes, "bytes in its look-up by unit");
   return made;
 }
 
@@ -136,7 +133,7 @@ GbToIndex makeGbToIndex(const Gb18030& gb) {
     }
   }
   GbToIndex made{makeRows(doubles), makeBlocks(fours, places, gbNotFound)};
-  requireNoMoreRoom(gb.place, made.bytes(), "the look-up by code");
+  requireCount(gb.place.file, made.bytes(), toIndexBytes, "bytes in its look-up by code");
   return made;
 }
 
