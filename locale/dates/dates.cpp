@@ -1,7 +1,6 @@
 #include "locale/dates/dates.h"
 
-#include <cfenv>
-
+#include "locale/dates/fixed_point.h"
 #include "locale/dates/format_items.h"
 #include "locale/dates/parse_items.h"
 #include "locale/numbers/missing_value.h"
@@ -24,20 +23,13 @@ NlsStatus formatSeconds(const LocaleDateTime& locale, const NlsText60& format, d
   return status == 0 ? formatItems(locale, format, moment, output, capacity, length) : status;
 }
 
-// Thousandths and two counts of seconds, added in this order with a rounding each. Thousandths are the only thing that
-// may not come out even, and only then is the thread's floating-point environment put aside. Volatile, so that nothing
-// is moved out of the place where it is.
+// Thousandths of a second, below 1000, and two counts of seconds, added as doubles in this order with a rounding each.
 double sumOfSeconds(int32_t millisecond, int64_t seconds, int64_t furtherSeconds) {
-  if (millisecond == 0) return static_cast<double>(seconds + furtherSeconds);
-  std::fenv_t environment;
-  std::feholdexcept(&environment);
-  std::fesetround(FE_TONEAREST);
-  volatile double sum = millisecond;
-  sum = sum / 1000;
-  sum = sum + static_cast<double>(seconds);
-  sum = sum + static_cast<double>(furtherSeconds);
-  std::fesetenv(&environment);
-  return sum;
+  constexpr Int128 second = Int128{1} << fractionBits;
+  // No thousandth but 0 and 500 comes out even, and these do so here; others are no ties when cut.
+  Int128 sum = fixedPoint(nextDouble(second * millisecond / 1000));
+  sum = fixedPoint(nextDouble(sum + second * seconds));
+  return nextDouble(sum + second * furtherSeconds);
 }
 
 }  // namespace

@@ -1,34 +1,20 @@
 #include "locale/dates/moment.h"
 
-#include <algorithm>
-#include <bit>
-
-#include "locale/numbers/binary_double.h"
+#include "locale/dates/fixed_point.h"
 #include "veldnls/status.h"
 
 namespace veldnls {
 namespace {
 
-using Int128 = __int128;
-
 constexpr int64_t secondsPerDay = 86400;
 constexpr int64_t firstSecond = firstDate * secondsPerDay;
 constexpr int64_t endSecond = endDate * secondsPerDay;
 
-constexpr int fractionBits = 64;
 constexpr int wholeBits = 62;
 
 bool isBelowWholeBits(double value) {
   constexpr uint64_t limit = std::bit_cast<uint64_t>(static_cast<double>(int64_t{1} << wholeBits));
   return magnitudeBits(value) < limit;
-}
-
-// The value in units of 2^-64, rounded down.
-Int128 fixedPoint(double value) {
-  const BinaryDouble magnitude = decompose(value);
-  const Int128 mantissa = isNegative(value) ? -Int128{magnitude.mantissa} : Int128{magnitude.mantissa};
-  const int32_t shift = magnitude.exponent + fractionBits;
-  return shift >= 0 ? mantissa * (Int128{1} << shift) : mantissa >> std::min(-shift, 127);
 }
 
 // Whole seconds from the first of all to a second and a fraction of it. The sum is taken as a double: a fraction that
