@@ -16,5 +16,5 @@ endif()
 # For code that takes longer to compile than to run. Under sanitizers optimising is dear.
 set(VELDNLS_HASTY_OPTIONS $<$<CONFIG:Release>:-O1>)
 if(VELDNLS_SANITIZE)
-  set(VELDNLS_HASTY_OPTIONS -O0)
+  set(VELDNLS_HASTY_OPTIONS -O0 -g0)
 endif()
