@@ -1,5 +1,7 @@
 #include "locale/dates/dates.h"
 
+#include <limits>
+
 #include "locale/dates/fixed_point.h"
 #include "locale/dates/format_items.h"
 #include "locale/dates/parse_items.h"
@@ -26,8 +28,11 @@ NlsStatus formatSeconds(const LocaleDateTime& locale, const NlsText60& format, d
 // Thousandths of a second, below 1000, and two counts of seconds, added as doubles in this order with a rounding each.
 double sumOfSeconds(int32_t millisecond, int64_t seconds, int64_t furtherSeconds) {
   constexpr Int128 second = Int128{1} << fractionBits;
-  // No thousandth but 0 and 500 comes out even, and these do so here; others are no ties when cut.
-  Int128 sum = fixedPoint(nextDouble(second * millisecond / 1000));
+  // 2^64 thousandths, divided in words: dividing wider numbers takes another library. Cut as they are, none is a tie.
+  constexpr uint64_t thousandth = std::numeric_limits<uint64_t>::max() / 1000;
+  constexpr uint64_t rest = std::numeric_limits<uint64_t>::max() % 1000 + 1;
+  const auto count = static_cast<uint64_t>(millisecond);
+  Int128 sum = fixedPoint(nextDouble(Int128{count * thousandth + count * rest / 1000}));
   sum = fixedPoint(nextDouble(sum + second * seconds));
   return nextDouble(sum + second * furtherSeconds);
 }
