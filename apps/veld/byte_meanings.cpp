@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "character_form.h"
 #include "names.h"
 #include "pipeline.h"
 #include "route.h"
@@ -12,13 +13,11 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
-constexpr uint8_t firstBeyondAscii = 0x80;
 constexpr uint32_t lastSevenBitSet = 1;  // of the single-byte sets
 
 char16_t meaningOfSingle(TranscodingPipeline& toUtf16, const EncodingDescriptor& row, uint8_t byte) {
   if (byte >= firstBeyondAscii && row.profile.singleByteSet <= lastSevenBitSet) return noMeaning;
-  std::array<uint8_t, room> output;
+  std::array<uint8_t, roomOfACharacter> output;
   const Converted converted = convertShort(toUtf16, Bytes(&byte, 1), output);
   if (!converted.whole || converted.size != utf16Unit) return noMeaning;
   const auto unit = static_cast<char16_t>(unitAt(output, 0, utf16Unit, ByteOrder::little));

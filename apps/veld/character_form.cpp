@@ -13,9 +13,7 @@ namespace {
 constexpr uint8_t lineFeed = 0x0A;
 constexpr uint8_t ebcdicLineEnds[] = {0x15, 0x25};  // U+000A and U+0085; which is which depends on the page
 constexpr uint8_t ebcdicBlank = 0x40;
-constexpr uint8_t firstBeyondAscii = 0x80;
 constexpr uint8_t singleShiftTwo = 0x8E;
-constexpr uint8_t singleShiftThree = 0x8F;
 constexpr uint8_t firstTrailOfTwo = 0x3A;  // second bytes below it belong to characters of four
 
 size_t utf8LengthByLead(uint8_t lead) {

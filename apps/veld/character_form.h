@@ -5,6 +5,9 @@
 
 namespace veld {
 
+inline constexpr uint8_t firstBeyondAscii = 0x80;
+inline constexpr uint8_t singleShiftThree = 0x8F;  // leads characters of three bytes in euc-jp
+
 class CharacterForm {
  public:
   CharacterForm(QZNLS& nls, CEI cei);

@@ -71,7 +71,7 @@ bool Run::convertFile(const std::string& path, Output& output) {
   report_.setSource(from);
   FileConversion file(nls_, conversions_.from(from), input, output, report_, progress_);
   const bool goOn = file.run(onLoss_);
-  report_.end(input.offset(), file.written(), !goOn);
+  report_.end(file.read(), file.written(), !goOn);
   return goOn;
 }
 
@@ -95,8 +95,7 @@ int Run::convertFiles(const std::vector<std::string>& files, Output& output) {
 int convert(QZNLS& nls, const ConvertArguments& arguments) {
   const std::vector<std::string> files = arguments.files.empty() ? std::vector<std::string>{"-"} : arguments.files;
   Run run(nls, arguments, files);
-  Output output(arguments.output);
-  output.refuseInputs(files);
+  Output output(arguments.output, files);
   return run.convertFiles(files, output);
 }
 

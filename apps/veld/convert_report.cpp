@@ -56,7 +56,10 @@ std::string ConvertReport::cure(const Loss& loss) const {
 
 std::string ConvertReport::lossSentence(const Loss& loss) const {
   const std::string bytes = hexBytes(loss.bytes);
-  if (loss.reason == LossReason::cut) return bytes + ": the file ends inside this character, which was left out";
+  if (loss.reason == LossReason::cut) {
+    return bytes + ": the file ends inside this character" +
+           (onLoss_ == OnLoss::fail ? "; the conversion stopped ahead of it" : ", which was left out");
+  }
   std::string sentence = bytes;
   switch (loss.reason) {
     case LossReason::malformed:

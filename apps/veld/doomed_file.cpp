@@ -8,7 +8,8 @@ namespace veld {
 
 namespace {
 
-constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGXFSZ};
+constexpr int endingSignals[] = {SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGPIPE,
+                                 SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ};
 
 std::atomic<const char*> doomed{nullptr};
 static_assert(std::atomic<const char*>::is_always_lock_free);

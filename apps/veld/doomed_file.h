@@ -5,8 +5,9 @@
 
 namespace veld {
 
-// From now on a signal that ends the program (interrupt, termination, hang-up, file size) removes this file first; null
-// forgets it. The text must stay. Signals that are ignored stay ignored.
+// From now on a signal that ends the program and comes from outside or from a limit (interrupt, termination, a closed
+// pipe, file size and their like) removes this file first; null forgets it. The text must stay. Signals that are
+// ignored stay ignored.
 void removeAtSignals(const char* path);
 
 // Removes it now, ahead of an end without destructors.

@@ -18,6 +18,10 @@ class Failure : public std::runtime_error {
 
 inline constexpr const char* memoryShort = "memory is exhausted; close other programs and try again";
 
+// Throws Failure where something written to std::cout was lost. To be asked now and then in a loop that may have no
+// end.
+void requireStandardOutput();
+
 // The failure of a system call on a file, with the system's own words, and the cure.
 Failure systemFailure(const std::string& file, const std::string& action, int error, const std::string& cure);
 

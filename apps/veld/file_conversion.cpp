@@ -20,15 +20,20 @@ Bytes aheadOf(Bytes block, const Extent& extent) {
   return block.first(static_cast<size_t>(std::max<int64_t>(extent.start, 0)));
 }
 
-// The bytes of a character, the first of which may be held from before the block.
+// What a text that begins at a place, counted as the extent is, has of the extent.
+Bytes partOf(Bytes text, int64_t place, const Extent& extent) {
+  const auto size = static_cast<int64_t>(text.size());
+  const int64_t start = std::clamp<int64_t>(extent.start - place, 0, size);
+  const int64_t end = std::clamp<int64_t>(extent.end - place, start, size);
+  return text.subspan(static_cast<size_t>(start), static_cast<size_t>(end - start));
+}
+
+// The bytes of a character, the first of which, or all, may be held from before the block.
 std::vector<uint8_t> bytesOf(const Extent& extent, const ChainState& before, Bytes block) {
-  std::vector<uint8_t> bytes;
-  if (extent.start < 0) {
-    const Bytes held = heldSource(before);
-    const Bytes first = held.last(std::min(held.size(), static_cast<size_t>(-extent.start)));
-    bytes.assign(first.begin(), first.end());
-  }
-  const Bytes rest = block.first(static_cast<size_t>(extent.end)).subspan(aheadOf(block, extent).size());
+  const Bytes held = heldSource(before);
+  const Bytes first = partOf(held, -static_cast<int64_t>(held.size()), extent);
+  const Bytes rest = partOf(block, 0, extent);
+  std::vector<uint8_t> bytes(first.begin(), first.end());
   bytes.insert(bytes.end(), rest.begin(), rest.end());
   return bytes;
 }
@@ -66,6 +71,11 @@ std::optional<Extent> FileConversion::findLoss(const ChainState& before, Bytes b
   return first;
 }
 
+void FileConversion::tell(const Loss& loss) {
+  lossOffset_ = loss.offset;
+  report_.addLoss(loss);
+}
+
 void FileConversion::reportLoss(const Extent& extent, const ChainState& before, Bytes block) {
   const Bytes ahead = aheadOf(block, extent);
   ChainState atLoss = before;
@@ -85,17 +95,17 @@ void FileConversion::reportLoss(const Extent& extent, const ChainState& before, 
   if (conversion_.from == U_UTF8_CE) {
     loss.bytes.resize(std::min(loss.bytes.size(), form_.lengthAt(loss.bytes, false)));
   }
-  report_.addLoss(loss);
+  tell(loss);
 }
 
 // A loss of what the state holds.
 void FileConversion::reportAtHeld(Bytes bytes, LossReason reason) {
-  report_.addLoss({.offset = offset_ - held_.size(),
-                   .line = place_.line(),
-                   .column = place_.column(),
-                   .bytes = {bytes.begin(), bytes.end()},
-                   .reason = reason,
-                   .character = std::nullopt});
+  tell({.offset = offset_ - held_.size(),
+        .line = place_.line(),
+        .column = place_.column(),
+        .bytes = {bytes.begin(), bytes.end()},
+        .reason = reason,
+        .character = std::nullopt});
 }
 
 // Converts a block, or what stands ahead of its first loss, and tells of that.
@@ -176,6 +186,7 @@ bool FileConversion::run(OnLoss onLoss) {
   }
   goOn = goOn && convertEnd(onLoss);
   written_ += seam_.finish(output_);
+  read_ = goOn ? input_.offset() : lossOffset_;
   return goOn;
 }
 

@@ -34,12 +34,15 @@ class FileConversion {
 
   // Returns false when a loss stopped it.
   bool run(OnLoss onLoss);
+  // Bytes that were read: in all, or ahead of the loss that stopped it.
+  uint64_t read() const { return read_; }
   // Bytes that came out.
   uint64_t written() const { return written_; }
 
  private:
   std::optional<Extent> findLoss(const ChainState& before, Bytes block, const ChainStep& step) const;
   void reportLoss(const Extent& extent, const ChainState& before, Bytes block);
+  void tell(const Loss& loss);
   void reportAtHeld(Bytes bytes, LossReason reason);
   ChainStep runBlock(Bytes block, OnLoss onLoss);
   size_t convertBlock(Bytes block, OnLoss onLoss);
@@ -58,8 +61,10 @@ class FileConversion {
   std::vector<uint8_t> held_;  // bytes ahead of that which the state holds
   TextPlace place_;            // of the first of these
   Seam seam_;
+  uint64_t read_ = 0;
   uint64_t written_ = 0;
   bool lost_ = false;
+  uint64_t lossOffset_ = 0;  // of the last one told
 };
 
 }  // namespace veld

@@ -3,16 +3,15 @@
 #include <iomanip>
 #include <iostream>
 
+#include "locale_handle.h"
 #include "names.h"
+#include "status_names.h"
 #include "text.h"
 #include "veldnls/status.h"
 
 namespace veld {
 
 namespace {
-
-constexpr int statusDigits = 8;
-constexpr size_t localeNameRoom = sizeof QZNLS::hostLocaleName / sizeof(char16_t);
 
 void printLine(const std::string& heading, const std::string& value) {
   std::cout << std::left << std::setw(16) << heading << value << '\n';
@@ -26,8 +25,8 @@ std::string versionText(NlsVersionQuery query) {
   return std::to_string(major) + '.' + std::to_string(minor) + '.' + std::to_string(patch);
 }
 
-std::string statusText(NlsStatus status) {
-  const std::string number = " (status " + hexNumber(status, statusDigits);
+std::string foundText(NlsStatus status) {
+  const std::string number = " (status " + statusNumber(status);
   switch (status) {
     case 0:
       return number + ", found)";
@@ -43,14 +42,14 @@ std::string statusText(NlsStatus status) {
 std::string hostEncodingText(QZNLS& nls) {
   CEI cei = 0;
   const NlsStatus status = nls.getHostEncoding(&nls, &cei);
-  return displayName(nls, cei) + statusText(status);
+  return displayName(nls, cei) + foundText(status);
 }
 
 std::string hostLocaleText(QZNLS& nls) {
   char16_t name[localeNameRoom];
   int32_t length = 0;
   const NlsStatus status = nls.getHostLocaleName(&nls, name, &length);
-  return toUtf8(nls, {name, static_cast<size_t>(length)}) + statusText(status);
+  return toUtf8(nls, {name, static_cast<size_t>(length)}) + foundText(status);
 }
 
 }  // namespace
@@ -60,7 +59,7 @@ std::string versionLine() { return "veld " VELD_VERSION; }
 void printInfo(const Library& library) {
   QZNLS& nls = library.nls();
   printLine("program", VELD_VERSION);
-  printLine("module", library.modulePath());
+  printLine("module", onOneLine(library.modulePath()));
   printLine("library", versionText(nls.versionQuery));
   printLine("compatible from", versionText(nls.minimumVersionQuery));
   printLine("system encoding", displayName(nls, nls.osCei));

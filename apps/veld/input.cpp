@@ -6,17 +6,19 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "failure.h"
-
 namespace veld {
 
 std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
+Failure inputFailure(const std::string& path, int error) {
+  return systemFailure(inputName(path), "can't be opened for reading", error, "check its name and who may read it");
+}
 
 Input::Input(const std::string& path)
     : name_(inputName(path)),
       file_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
       buffer_(blockSize) {
-  if (file_ < 0) throw systemFailure(name_, "can't be opened for reading", errno, "check its name and who may read it");
+  if (file_ < 0) throw inputFailure(path, errno);
 }
 
 Input::~Input() {

@@ -6,11 +6,14 @@
 #include <vector>
 
 #include "chain.h"
+#include "failure.h"
 
 namespace veld {
 
 // What to call a file in a sentence.
 std::string inputName(const std::string& path);
+// What to tell of one that can't be opened.
+Failure inputFailure(const std::string& path, int error);
 
 class Input {
  public:

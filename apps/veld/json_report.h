@@ -4,13 +4,15 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "text.h"
+
 namespace veld {
 
 using Json = nlohmann::ordered_json;
 
-// On one line. Bytes that are no UTF-8, as file names may have, become U+FFFD.
+// On one line, which a terminal shows as it is. Bytes that are no UTF-8, as file names may have, become U+FFFD.
 inline std::string toLine(const Json& object) {
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
+  return withoutControls(object.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
 }
 
 }  // namespace veld

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "failure.h"
+#include "list_option.h"
 #include "locales.h"
 #include "veldnls/number_flags.h"
 
@@ -111,7 +112,8 @@ void addCommon(CLI::App& command, ValueArguments& arguments, std::vector<std::st
   addWord(command, "kind", kindsByName, std::move(kinds), arguments.kind, "What the values are")
       ->required()
       ->type_name("KIND");
-  command.add_option("values", arguments.texts, "The values; else the lines of standard input")->type_name(textName);
+  takeAsGiven(command.add_option("values", arguments.texts, "The values; else the lines of standard input"))
+      ->type_name(textName);
   command.fallthrough();
 }
 

@@ -15,8 +15,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t suggestions = 3;
-constexpr size_t localeNameRoom = sizeof QZNLS::hostLocaleName / sizeof(char16_t);
 // "<U5E74>": the characters in front of the digits, the digits, and one behind them.
 constexpr size_t escapeDigits = 2;
 constexpr size_t escapeEnd = 6;

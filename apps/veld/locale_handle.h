@@ -20,6 +20,9 @@ const LocaleNameRow& localeRow(QZNLS& nls, int32_t localeId);
 // on standard error that a country isn't known. Throws Failure, with the nearest known names, for another name.
 const LocaleNameRow& findLocale(QZNLS& nls, const std::string& name);
 
+// Units that the name of the host's locale may have.
+inline constexpr size_t localeNameRoom = sizeof QZNLS::hostLocaleName / sizeof(char16_t);
+
 // The name of the host's locale.
 std::string hostLocale(QZNLS& nls);
 

@@ -11,9 +11,7 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
 constexpr char32_t replacement = 0xFFFD;
-constexpr uint8_t singleShiftThree = 0x8F;
 constexpr uint8_t firstBeyondUnicode = 0x90;  // as the second byte of a utf-8 sequence that begins with F4
 
 bool isBetween(uint8_t byte, uint8_t low, uint8_t high) { return byte >= low && byte <= high; }
@@ -93,7 +91,7 @@ bool LossJudge::isMalformed(Bytes bytes, bool inDouble) const {
 std::optional<char32_t> LossJudge::read(Bytes bytes, bool inDouble) const {
   if (utfEbcdic_) return utfEbcdic_->read(bytes);
   if (toUtf32_ == nullptr) return std::nullopt;
-  std::array<uint8_t, room> output;
+  std::array<uint8_t, roomOfACharacter> output;
   const Converted converted = convertShort(*toUtf32_, bytes, output, inDouble);
   if (!converted.whole || converted.size != utf32Unit) return std::nullopt;
   const char32_t character = unitAt(output, 0, utf32Unit, ByteOrder::little);

@@ -15,6 +15,7 @@
 #include "failure.h"
 #include "host_services.h"
 #include "info.h"
+#include "list_option.h"
 #include "locale_commands.h"
 #include "module.h"
 #include "names.h"
@@ -92,7 +93,8 @@ struct DiffArguments {
 veld::Format formatOf(bool json) { return json ? veld::Format::json : veld::Format::text; }
 
 void addFiles(CLI::App& command, std::vector<std::string>& files) {
-  command.add_option("files", files, "Files to read, - is standard input; else standard input")->type_name("FILE");
+  veld::takeAsGiven(command.add_option("files", files, "Files to read, - is standard input; else standard input"))
+      ->type_name("FILE");
 }
 
 void addReport(CLI::App& command, veld::ReportFormat& report, veld::Progress::When& progress) {
@@ -229,6 +231,17 @@ void fillClosedFiles() {
   }
 }
 
+// "convert, validate and info"
+std::string commandNames(const CLI::App& app) {
+  const std::vector<const CLI::App*> commands = app.get_subcommands([](const CLI::App*) { return true; });
+  std::string names;
+  for (const CLI::App* command : commands) {
+    if (!names.empty()) names += command == commands.back() ? " and " : ", ";
+    names += command->get_name();
+  }
+  return names;
+}
+
 // What is wrong with the command line, and where to read on.
 std::string usageFault(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<CLI::App*> commands = app.get_subcommands();
@@ -236,7 +249,7 @@ std::string usageFault(const CLI::App& app, const CLI::ParseError& error) {
   std::string fault = error.what();
   if (commands.empty() && (!unknown.empty() || error.get_name() == "RequiredError")) {
     fault = unknown.empty() ? "a command is missing" : '"' + unknown.front() + "\" is no command or option";
-    fault += "; the commands are convert, validate, diff, encodings, locales, format, parse and info";
+    fault += "; the commands are " + commandNames(app);
   }
   const std::string command = commands.empty() ? "" : commands.front()->get_name() + ' ';
   return fault + " (\"veld " + command + "--help\" tells more)";
@@ -249,9 +262,9 @@ int leave(const CLI::App& app, const CLI::ParseError& error) {
     return veld::exitNotDone;
   }
   app.exit(error);
-  if (std::cout.flush()) return veld::exitWhole;
-  std::cerr << "veld: standard output can't be written; is its device full?\n";
-  return veld::exitNotDone;
+  std::cout.flush();
+  veld::requireStandardOutput();
+  return veld::exitWhole;
 }
 
 // Destructors of JSON values ask for memory, and can't pass on that there is none.
@@ -276,14 +289,14 @@ int main(int argc, char** argv) {
   CommandLine line;
   describe(app, line);
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return leave(app, error);
-  }
-
-  try {
+    try {
+      app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+      return leave(app, error);
+    }
     const int result = run(app, line);
-    if (!std::cout.flush()) throw veld::Failure("standard output can't be written; is its device full?");
+    std::cout.flush();
+    veld::requireStandardOutput();
     return result;
   } catch (const std::bad_alloc&) {
     std::cerr << "veld: " << veld::memoryShort << '\n';

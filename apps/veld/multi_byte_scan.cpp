@@ -8,10 +8,8 @@ namespace veld {
 
 namespace {
 
-constexpr uint8_t firstBeyondAscii = 0x80;
 constexpr uint8_t escape = 0x1B;
 constexpr size_t designatorLength = 4;
-constexpr size_t room = 64;
 constexpr size_t codesOfTwoBytes = 0x10000;
 constexpr size_t codesOfFourBytes = 39420;  // of gb18030, up to U+FFFF
 
@@ -119,7 +117,7 @@ size_t MultiByteScan::lengthAt(Bytes text, bool inDouble) const {
 
 MultiByteScan::Verdict MultiByteScan::judge(Bytes code, bool inDouble, Unwritable& unwritable) const {
   if (toUtf16_ == nullptr) return Verdict::written;
-  std::array<uint8_t, room> output;
+  std::array<uint8_t, roomOfACharacter> output;
   const Converted read = convertShort(*toUtf16_, code, output, inDouble);
   if (!read.whole || read.size != utf16Unit) return Verdict::written;
   return unwritable.has(unitAt(output, 0, utf16Unit, ByteOrder::little)) ? Verdict::lost : Verdict::written;

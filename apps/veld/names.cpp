@@ -12,8 +12,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t suggestions = 3;
-
 // A column ends at its terminator: its length field is a fact of its own. The short name is padded with blanks.
 template <size_t capacity>
 std::u16string_view columnText(const char16_t (&column)[capacity]) {

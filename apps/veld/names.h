@@ -24,7 +24,7 @@ std::string displayName(QZNLS& nls, CEI cei);
 // The texts of a row's columns, each once, that the any-name look-up answers with this row.
 std::vector<std::string> knownNames(QZNLS& nls, const EncodingDescriptor& row);
 
-// The known names that differ least from `name`, at most three of different encodings, nearest first.
+// The known names that differ least from `name`, at most `suggestions` of different encodings, nearest first.
 std::vector<std::string> nearestNames(QZNLS& nls, const std::string& name);
 
 }  // namespace veld

@@ -13,7 +13,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
 constexpr char32_t bmpEnd = 0x10000;
 
 // The code of a character, without the shifts around it.
@@ -79,7 +78,7 @@ void NarrowRules::ask(QZNLS& nls, CEI cei, const std::string& rule) {
   for (char32_t c = 0; c < bmpEnd; ++c) {
     if (isHighSurrogate(c) || isLowSurrogate(c) || unwritable.has(c)) continue;
     const std::array<uint8_t, utf16Unit> unit{static_cast<uint8_t>(c), static_cast<uint8_t>(c >> 8)};
-    std::array<uint8_t, room> written;
+    std::array<uint8_t, roomOfACharacter> written;
     const Converted out = convertShort(*fromUtf16, unit, written);
     int32_t fault = -1;
     if (!out.whole ||

@@ -12,6 +12,9 @@ std::string lowerAscii(std::string text);
 // Insertions, removals and replacements that lead from one text to the other.
 size_t editDistance(std::string_view a, std::string_view b);
 
+// How many names are offered.
+inline constexpr size_t suggestions = 3;
+
 // "a, b, c".
 std::string listed(const std::vector<std::string>& names);
 

@@ -15,14 +15,14 @@ namespace veld {
 // others have written, as on standard output.
 class Output {
  public:
-  // `path` empty or "-" is standard output. Throws Failure.
-  explicit Output(const std::string& path);
+  // `path` empty or "-" is standard output. Throws Failure, also when text goes directly to a plain file, a pipe or a
+  // block device that is one of the inputs, and would be read again, and ahead of waiting for a pipe's reader when an
+  // input isn't there.
+  Output(const std::string& path, const std::vector<std::string>& inputs);
   ~Output();
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  // Throws Failure when text goes directly to a plain file that is one of the inputs, and would be read again.
-  void refuseInputs(const std::vector<std::string>& files) const;
   // Throws Failure.
   void write(Bytes bytes);
   // Puts the file in its place. Throws Failure.

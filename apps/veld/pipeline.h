@@ -21,6 +21,9 @@ using Pipeline = std::unique_ptr<TranscodingPipeline, DestroyPipeline>;
 // codes only if it has read gb18030 before, so such a pipeline is made first.
 Pipeline makePipeline(QZNLS& nls, CEI from, CEI to);
 
+// Bytes that a character becomes in any encoding, or a few of them, with shifts and designators ahead of each.
+inline constexpr size_t roomOfACharacter = 64;
+
 // What became of one short text.
 struct Converted {
   bool whole = false;     // all came over, and nothing is left

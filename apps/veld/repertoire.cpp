@@ -11,7 +11,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
 constexpr char32_t beyondBmp = 0x10000;
 
 bool isUnicodeForm(const EncodingDescriptor& row) {
@@ -47,7 +46,7 @@ void Repertoire::findCharacters(QZNLS& nls) {
   const Pipeline fromUtf16 = makePipeline(nls, U_L_UNICODE_CE, cei_);
   if (fromUtf16 == nullptr) return findReadable();
   Unwritable unwritable(nls, cei_);
-  std::array<uint8_t, room> output;
+  std::array<uint8_t, roomOfACharacter> output;
   for (char32_t c = 0; c < beyondBmp; ++c) {
     if (isSurrogate(c) || unwritable.has(c)) continue;
     const std::array<uint8_t, utf16Unit> unit{static_cast<uint8_t>(c), static_cast<uint8_t>(c >> 8)};
@@ -65,7 +64,7 @@ void Repertoire::findReadable() {
 bool Repertoire::hasFourByteCodes() const { return cei_ == U_GB18030_CE; }
 
 char32_t Repertoire::read(Bytes code, bool inDouble) const {
-  std::array<uint8_t, room> output;
+  std::array<uint8_t, roomOfACharacter> output;
   const Converted converted = convertShort(*toUtf16_, code, output, inDouble);
   // A first byte that is a shift-in makes the second a single byte.
   if (!converted.whole || converted.size != utf16Unit || converted.inDouble != inDouble) return noCharacter;

@@ -13,7 +13,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t firstBeyondAscii = 0x80;
 constexpr uint8_t firstTrail = 0x80;
 constexpr uint8_t firstTrailBeyondUnicode = 0x90;
 

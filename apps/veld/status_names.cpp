@@ -86,8 +86,10 @@ std::string statusName(NlsStatus status) {
   return found == std::end(names) ? "" : found->name;
 }
 
+std::string statusNumber(NlsStatus status) { return hexNumber(status, statusDigits); }
+
 std::string statusText(NlsStatus status) {
-  const std::string number = hexNumber(status, statusDigits);
+  const std::string number = statusNumber(status);
   const std::string name = statusName(status);
   return name.empty() ? number : name + " (" + number + ")";
 }

@@ -1,6 +1,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <array>
 #include <iomanip>
 #include <sstream>
 
@@ -10,8 +11,11 @@ namespace {
 
 // A UTF-8 byte gives at most one 16-bit unit, and a unit at most three bytes.
 constexpr size_t bytesPerUnit = 3;
-constexpr uint8_t firstGraphic = 0x20;
-constexpr uint8_t deleteCharacter = 0x7F;
+constexpr char32_t firstGraphic = 0x20;
+constexpr char32_t deleteCharacter = 0x7F;
+constexpr char32_t firstBeyondAscii = 0x80;
+constexpr char32_t firstBeyondControls = 0xA0;
+constexpr size_t longestUtf8 = 4;
 
 // F4 80 80 80 to F4 8F BF BF.
 constexpr size_t plane16Length = 4;
@@ -47,7 +51,46 @@ std::u16string decode(QZNLS& nls, std::string_view text) {
   return units;
 }
 
+// The first character of a text, or the first byte where that begins none.
+struct Utf8Character {
+  char32_t character;
+  size_t length;
+  bool sound;
+};
+
+Utf8Character firstOf(std::string_view text) {
+  const auto lead = static_cast<uint8_t>(text[0]);
+  if (lead < firstBeyondAscii) return {lead, 1, true};
+  const Utf8Character byteAlone{lead, 1, false};
+  const size_t length = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
+  if (length == 1 || length > text.size()) return byteAlone;
+  char32_t character = lead & (0x7Fu >> length);
+  for (const char c : text.substr(1, length - 1)) {
+    const auto byte = static_cast<uint8_t>(c);
+    if ((byte & 0xC0) != 0x80) return byteAlone;
+    character = character << 6 | (byte & 0x3Fu);
+  }
+  constexpr std::array<char32_t, longestUtf8 + 1> lowest{0, 0, 0x80, 0x800, 0x10000};
+  const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < lowest[length] || isSurrogate || character > 0x10FFFF) return byteAlone;
+  return {character, length, true};
+}
+
 }  // namespace
+
+bool isControl(char32_t character) {
+  if (character < firstGraphic || (character >= deleteCharacter && character < firstBeyondControls)) return true;
+  switch (character) {
+    case 0x061C:  // marks of direction
+    case 0x200E:
+    case 0x200F:
+    case 0x2028:  // ends of lines and paragraphs
+    case 0x2029:
+      return true;
+    default:  // embeddings, overrides and isolates
+      return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+  }
+}
 
 // Of a character of plane 16 the library writes the low 16 bits alone.
 std::u16string toUtf16(QZNLS& nls, std::string_view text) {
@@ -70,15 +113,29 @@ std::string toUtf8(QZNLS& nls, std::u16string_view text) {
 
 std::string onOneLine(std::string_view text) {
   std::string line;
-  for (const char c : text) {
-    const auto byte = static_cast<uint8_t>(c);
-    if (c == '\n') {
+  while (!text.empty()) {
+    const Utf8Character first = firstOf(text);
+    const std::string_view sequence = text.substr(0, first.length);
+    if (sequence == "\n") {
       line += "\\n";
-    } else if (byte < firstGraphic || byte == deleteCharacter) {
-      line += "\\x" + hexDigits(byte, 2);
+    } else if (!isControl(first.character)) {
+      line += sequence;
+    } else if (first.character < firstBeyondAscii || !first.sound) {
+      line += "\\x" + hexDigits(first.character, 2);
     } else {
-      line += c;
+      line += "\\u" + hexDigits(first.character, 4);
     }
+    text.remove_prefix(first.length);
+  }
+  return line;
+}
+
+std::string withoutControls(std::string_view json) {
+  std::string line;
+  while (!json.empty()) {
+    const Utf8Character first = firstOf(json);
+    line += isControl(first.character) ? "\\u" + hexDigits(first.character, 4) : json.substr(0, first.length);
+    json.remove_prefix(first.length);
   }
   return line;
 }

@@ -139,9 +139,16 @@ std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order, Unwritable& 
 
 Bytes withoutOpenPair(Bytes utf16, ByteOrder order) {
   const Bytes whole = utf16.first(utf16.size() - utf16.size() % utf16Unit);
-  if (whole.empty()) return whole;
-  const size_t last = whole.size() - utf16Unit;
-  return isHighSurrogate(unitAt(whole, last, utf16Unit, order)) ? whole.first(last) : whole;
+  const auto isOpen = [&](Bytes text) {
+    return !text.empty() && isHighSurrogate(unitAt(text, text.size() - utf16Unit, utf16Unit, order));
+  };
+  if (!isOpen(whole)) return whole;
+  const Bytes ahead = whole.first(whole.size() - utf16Unit);
+  if (!isOpen(ahead)) return ahead;
+  // The first of two halves is seen to have no other by the second. The first of more is seen so without the last; a
+  // block of nothing else is to go on.
+  const Bytes aheadOfBoth = ahead.first(ahead.size() - utf16Unit);
+  return isOpen(aheadOfBoth) ? ahead : aheadOfBoth;
 }
 
 Bytes withoutOpenUnit(Bytes utf32) { return utf32.first(utf32.size() - utf32.size() % utf32Unit); }

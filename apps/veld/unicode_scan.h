@@ -49,7 +49,8 @@ std::optional<size_t> findLost(Bytes utf16, ByteOrder order, Unwritable& unwrita
 // The first value that is a surrogate, beyond U+10FFFF, or of `unwritable`.
 std::optional<size_t> findNoCharacter(Bytes utf32, ByteOrder order, Unwritable& unwritable);
 
-// The text without an end that can't be judged before more follows: the first half of a pair, a part of a unit.
+// The text without an end that can't be judged before more follows: the first half of a pair, or two in a row, a part
+// of a unit.
 Bytes withoutOpenPair(Bytes utf16, ByteOrder order);
 Bytes withoutOpenUnit(Bytes utf32);
 

@@ -14,7 +14,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
 constexpr size_t charactersInRow = 256;
 constexpr size_t rowRoom = charactersInRow * 16;  // no character becomes more bytes, there or back
 constexpr size_t marksOfRow = charactersInRow / 64;
@@ -49,7 +48,7 @@ struct Unwritable::Target {
 // byte makes, so that a text may be replaced for its sake.
 bool Unwritable::Target::becomesShift(char16_t c) const {
   if (!multiByte || row.profile.shiftLength == 0) return false;
-  std::array<uint8_t, room> written;
+  std::array<uint8_t, roomOfACharacter> written;
   const Converted out = convertShort(*there, bytesOf({&c, 1}), written);
   return out.whole && out.size == 1 && beginsShift(row.profile, written[0]);
 }
@@ -59,12 +58,12 @@ bool Unwritable::Target::losesSilently(char16_t c) const {
   if (becomesShift(c)) return true;
   const char16_t text[] = {c, u'A', u'B', u'1', u'2'};  // capitals and digits are the same in all pages
   const std::u16string_view all(text, std::size(text));
-  std::array<uint8_t, room> written;
+  std::array<uint8_t, roomOfACharacter> written;
   const Converted out = convertShort(*there, bytesOf(all), written);
   if (!out.whole || out.size == 0) return false;
   const bool isSingle = out.size == all.size();
   if (isSingle && meanings[written[0]] != c) return true;
-  std::array<uint8_t, room> again;
+  std::array<uint8_t, roomOfACharacter> again;
   const Converted in = convertShort(*back, Bytes(written).first(out.size), again);
   const Bytes wanted = bytesOf(all);
   return !in.whole || !std::equal(wanted.begin(), wanted.end(), again.begin(), again.begin() + in.size);

@@ -8,7 +8,6 @@ namespace veld {
 
 namespace {
 
-constexpr size_t room = 64;
 constexpr char32_t firstOfTwoBytes = 0xA0;
 constexpr size_t mostBytes = 5;
 constexpr uint8_t firstTrail = 0xA0;
@@ -25,8 +24,8 @@ struct Leads {
 constexpr std::array<Leads, 4> leads{
     {{0xC0, 32, 2, 0xA0}, {0xE0, 16, 3, 0x400}, {0xF0, 8, 4, 0x4000}, {0xF8, 2, 5, 0x40000}}};
 
-std::array<uint8_t, room> write(TranscodingPipeline& fromUtf32, char32_t character) {
-  std::array<uint8_t, room> output{};
+std::array<uint8_t, roomOfACharacter> write(TranscodingPipeline& fromUtf32, char32_t character) {
+  std::array<uint8_t, roomOfACharacter> output{};
   convertShort(fromUtf32, {reinterpret_cast<const uint8_t*>(&character), sizeof character}, output);
   return output;
 }

@@ -1,5 +1,7 @@
 #include "validate.h"
 
+#include <iostream>
+
 #include "failure.h"
 #include "fault_finder.h"
 #include "input.h"
@@ -62,6 +64,7 @@ int Validation::run(const std::vector<std::string>& files) {
     try {
       if (!look(file) && result == exitWhole) result = exitLoss;
     } catch (const Failure& failure) {
+      if (!std::cout) throw;
       report_.fail(inputName(file), failure.what());
       result = exitNotDone;
     }

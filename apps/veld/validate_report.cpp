@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "failure.h"
 #include "json_report.h"
 #include "loss.h"
 #include "names.h"
@@ -31,12 +32,13 @@ void ValidateReport::addFault(const TextFault& fault) {
   if (format_ == ReportFormat::text) {
     std::cout << onOneLine(file_) << ": offset " << fault.offset << ", line " << fault.line << ", column "
               << fault.column << ": malformed in " << displayName(nls_, encoding_) << " at " << bytes << '\n';
-    return;
+  } else {
+    const Json object{{"offset", fault.offset}, {"line", fault.line}, {"column", fault.column}, {"bytes", bytes}};
+    std::string line = toLine(object);
+    line.pop_back();
+    std::cout << (faults_ > 1 ? "," : "") << line;
   }
-  const Json object{{"offset", fault.offset}, {"line", fault.line}, {"column", fault.column}, {"bytes", bytes}};
-  std::string line = toLine(object);
-  line.pop_back();
-  std::cout << (faults_ > 1 ? "," : "") << line;
+  requireStandardOutput();
 }
 
 std::vector<std::string> ValidateReport::notes() const {

@@ -19,6 +19,7 @@ class ValidateReport {
       : nls_(nls), format_(format), progress_(progress) {}
 
   void begin(const std::string& file, CEI encoding);
+  // Throws Failure when standard output fails.
   void addFault(const TextFault& fault);
   // The file's end, or the place where the look ended.
   void end(uint64_t bytes, bool wholeFile);

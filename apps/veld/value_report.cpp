@@ -18,7 +18,6 @@ namespace {
 // Of a long text, so many characters show, and so many of them in front of the mark at most.
 constexpr size_t shownCharacters = 120;
 constexpr size_t shownInFront = 80;
-constexpr int statusDigits = 8;
 
 // A surrogate pair is one character.
 std::vector<std::u16string> charactersOf(std::u16string_view text) {
@@ -33,10 +32,6 @@ std::vector<std::u16string> charactersOf(std::u16string_view text) {
 
 size_t characterAt(std::u16string_view text, size_t place) { return charactersOf(text.substr(0, place)).size(); }
 
-bool isControl(const std::u16string& character) {
-  return character[0] < 0x20 || (character[0] >= 0x7F && character[0] < 0xA0);
-}
-
 // Where a character behind others shows, in columns from 0. One that shows on the character in front has that one's
 // last column.
 size_t columnBehind(std::span<const std::u16string> others, std::u16string_view character) {
@@ -49,7 +44,7 @@ size_t columnBehind(std::span<const std::u16string> others, std::u16string_view 
 void printMarked(QZNLS& nls, std::u16string_view text, std::optional<size_t> place) {
   std::vector<std::u16string> characters = charactersOf(text);
   for (std::u16string& character : characters) {
-    if (isControl(character)) character = u"\uFFFD";
+    if (isControl(character[0])) character = u"\uFFFD";
   }
   const size_t mark = place ? characterAt(text, *place) : 0;
   const size_t first = mark > shownInFront ? mark - shownInFront : 0;
@@ -79,6 +74,7 @@ void forEachText(QZNLS& nls, const std::vector<std::string>& texts, const std::f
 void ValueReport::add(const Text& text, const Outcome& outcome) {
   if (outcome.fault) result_ = exitLoss;
   format_ == ReportFormat::json ? addObject(text, outcome) : addSentences(text, outcome);
+  requireStandardOutput();
 }
 
 void ValueReport::addSentences(const Text& text, const Outcome& outcome) {
@@ -105,7 +101,7 @@ void ValueReport::addObject(const Text& text, const Outcome& outcome) {
   if (outcome.fault) {
     const Fault& fault = *outcome.fault;
     if (fault.status != 0) {
-      object["status"] = hexNumber(fault.status, statusDigits);
+      object["status"] = statusNumber(fault.status);
       object["name"] = statusName(fault.status);
     }
     if (fault.place) object["character"] = characterAt(text.units, *fault.place) + 1;

@@ -33,6 +33,7 @@ class ValueReport {
     std::optional<Fault> fault = {};
     std::string warning = {};
   };
+  // Throws Failure when standard output fails.
   void add(const Text& text, const Outcome& outcome);
 
   // exitWhole, or exitLoss after a fault.

@@ -4,11 +4,13 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
 
 #include "apps/program.h"
+#include "support/sanitizers.h"
 
 namespace test {
 namespace {
@@ -68,6 +70,48 @@ TEST(VeldFiles, AFileCanTakeItsOwnPlace) {
   struct stat facts;
   ASSERT_EQ(stat(file.c_str(), &facts), 0);
   EXPECT_EQ(facts.st_mode & 0777, 0640u);
+}
+
+// Its set-id bits were for what it held.
+TEST(VeldFiles, TheNewFileHasThePermissionsOfTheOld) {
+  const Folder folder;
+  const std::string file = folder.write("text", "a");
+  ASSERT_EQ(chmod(file.c_str(), 06751), 0);
+  EXPECT_EQ(convert("wlatin1", "utf-8", "", {"-o", file, file}).exitCode, 0);
+  struct stat facts;
+  ASSERT_EQ(stat(file.c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_mode & 07777, 0751u);
+}
+
+TEST(VeldFiles, TheNewFileHasTheOwnerOfTheOld) {
+  constexpr uid_t other = 65534;
+  const Folder folder;
+  const std::string file = folder.write("text", "a");
+  if (chown(file.c_str(), other, other) != 0) GTEST_SKIP() << "this user can't give files away";
+  ASSERT_EQ(chmod(file.c_str(), 04700), 0);
+  EXPECT_EQ(convert("wlatin1", "utf-8", "", {"-o", file, file}).exitCode, 0);
+  struct stat facts;
+  ASSERT_EQ(stat(file.c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_uid, other);
+  EXPECT_EQ(facts.st_gid, other);
+  EXPECT_EQ(facts.st_mode & 07777, 0700u);
+}
+
+TEST(VeldFiles, NamesInBracketsAreNames) {
+  const Folder folder;
+  const std::string draft = folder.file("draft");
+  folder.write("draft", "d");
+  for (const char* name : {"[draft]", "[a,b]", "[]", "{}"}) {
+    folder.write(name, name);
+    const std::string there = fs::current_path().string();
+    for (const char* mark : {"--", "--no-progress"}) {
+      fs::current_path(fs::path(draft).parent_path());
+      const Outcome outcome = runVeld({.arguments = {"validate", mark, name, "draft"}});
+      fs::current_path(there);
+      EXPECT_EQ(outcome.output, std::string(name) + ": valid utf-8, " + std::to_string(std::string(name).size()) +
+                                    " bytes\ndraft: valid utf-8, 1 bytes\n");
+    }
+  }
 }
 
 TEST(VeldFiles, ALinkStaysALink) {
@@ -167,6 +211,34 @@ TEST(VeldFiles, AnInputThatIsTheOutputIsRefused) {
   EXPECT_EQ(folder.read("text"), "ab");
 }
 
+// Ends a program that waits.
+void endLate(int) {
+  siginfo_t ended{};
+  for (int tries = 0; tries < 2500 && ended.si_pid == 0; ++tries) {
+    usleep(2000);
+    waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT);
+  }
+  if (ended.si_pid == 0) kill(childOf(getpid()), SIGKILL);
+}
+
+TEST(VeldFiles, APipeIsntWaitedForInVain) {
+  const Folder folder;
+  const std::string pipe = folder.file("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const auto told = [&](const std::string& input) {
+    const Outcome outcome =
+        runVeld({.arguments = {"convert", "-f", "utf-8", "-t", "utf-8", "-o", pipe, input}, .writer = endLate});
+    EXPECT_EQ(outcome.exitCode, 2);
+    return outcome.errors;
+  };
+  EXPECT_TRUE(contains(told(pipe), pipe + " is the output too; "));
+  EXPECT_TRUE(contains(told(folder.file("absent")), "can't be opened for reading"));
+}
+
+TEST(VeldFiles, ADeviceMayBeReadAndWritten) {
+  EXPECT_EQ(convert("utf-8", "utf-8", "", {"-o", "/dev/null", "/dev/null"}).exitCode, 0);
+}
+
 TEST(VeldFiles, MessagesStayOutOfTheOutput) {
   const Folder folder;
   const std::string out = folder.file("out");
@@ -197,11 +269,29 @@ TEST(VeldFiles, ControlCharactersInNamesAreShownAsEscapes) {
   EXPECT_EQ(lineCount(convert("x\ny", "wlatin1", "").errors), 1u);
 }
 
+// Those of terminals of eight bits, ends of lines, and what turns the direction of writing.
+TEST(VeldFiles, ControlsBeyondAsciiAreShownAsEscapes) {
+  const auto shown = [](const std::string& name) {
+    const std::string errors = convert("utf-8", "utf-8", "", {"/absent/" + name}).errors;
+    const size_t start = errors.find("absent/") + 7;
+    return errors.substr(start, errors.find(": ", start) - start);
+  };
+  EXPECT_EQ(shown(bytes("61 C2 9B 62")), "a\\u009Bb");
+  EXPECT_EQ(shown(bytes("9B 33 9F 62")), "\\x9B3\\x9Fb");
+  EXPECT_EQ(
+      shown(bytes("C0 9B E0 82 9B ED A0 80 F4 90 80 80")),
+      bytes("C0") + "\\x9B" + bytes("E0") + "\\x82\\x9B" + bytes("ED A0") + "\\x80" + bytes("F4") + "\\x90\\x80\\x80");
+  EXPECT_EQ(shown(bytes("E2 80 AE E2 80 A8 E2 80 A9 E2 81 A6 E2 80 8F D8 9C")),
+            "\\u202E\\u2028\\u2029\\u2066\\u200F\\u061C");
+  EXPECT_EQ(shown(bytes("E2 82")), bytes("E2") + "\\x82");
+  for (const char* sound : {"C2 A0", "C3 9B", "E2 82 AC", "F0 9F 98 80", "E9 E8"}) {
+    EXPECT_EQ(shown(bytes(sound)), bytes(sound));
+  }
+}
+
 // At any step, in destructors too.
 TEST(VeldFiles, ShortMemoryIsTold) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "sanitizers need address space of their own";
-#endif
+  if (test::addressSanitizer || test::threadSanitizer) GTEST_SKIP() << "sanitizers need address space of their own";
   rlimit before;
   ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
   size_t refused = 0;
@@ -222,7 +312,7 @@ TEST(VeldFiles, ShortMemoryIsTold) {
 }
 
 TEST(VeldFiles, ASignalLeavesNoFileBeside) {
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGALRM}) {
     const Folder folder;
     const std::string out = folder.write("out", "old");
     size_t beside = 0;

@@ -10,6 +10,30 @@ void expectLoss(const Outcome& outcome, std::string_view expectedHex, size_t off
   test::expectLoss(outcome, expectedHex, "offset " + std::to_string(offset));
 }
 
+std::string behindPlace(const std::string& sentence) {
+  return sentence.substr(sentence.find(": ", sentence.find("column ")));
+}
+
+// A text of one loss, cut at each of its places by the end of a block, is converted and told as alone.
+void expectSameAtEveryCut(const char* from, const char* to, std::string_view unit, std::string_view text,
+                          size_t lossOffset) {
+  constexpr size_t block = 64 * 1024;
+  const Outcome alone = convert(from, to, text);
+  const std::string unitOutput = convert(from, to, unit).output;
+  const Folder folder;
+  for (size_t cut = 0; cut <= text.size(); cut += unit.size()) {
+    SCOPED_TRACE(std::string(from) + " cut at " + std::to_string(cut));
+    const size_t units = (block - cut) / unit.size();
+    const std::string ahead = times(units, unit);
+    const Outcome outcome = convert(from, to, "", {folder.write("text", ahead + std::string(text))});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.output == times(units, unitOutput) + alone.output);
+    EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead.size() + lossOffset) + ", line 1"))
+        << outcome.errors;
+    EXPECT_EQ(behindPlace(outcome.errors), behindPlace(alone.errors));
+  }
+}
+
 TEST(VeldLoss, CharactersWithoutAPlaceAreToldWithTheirOffset) {
   expectLoss(convert("utf-8", "wlatin1", bytes("61 62 E2 82 AC CE 94 7A")), "61 62 80 1A 7A", 5);
   expectLoss(convert("utf-16le", "wlatin1", bytes("61 00 94 03")), "61 1A", 2);
@@ -53,6 +77,24 @@ TEST(VeldLoss, AMalformedCharacterThatBlocksCutIsToldAtItsStart) {
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_TRUE(contains(outcome.errors, "offset " + std::to_string(ahead) + ", line ")) << outcome.errors;
   }
+}
+
+// All bytes of the loss may be held, with others behind them.
+TEST(VeldLoss, ASequenceThatBlocksCutIsTold) {
+  expectSameAtEveryCut("iso2022jp", "utf-8", "a", bytes("48 69 1B 28 42 77 6F"), 2);
+  expectSameAtEveryCut("jis-7", "utf-8", "a", bytes("48 69 1B 28 42 77 6F"), 2);
+  expectSameAtEveryCut("iso2022jp", "utf-16le", "a", bytes("48 1B 24 40 30 21 77"), 1);
+}
+
+TEST(VeldLoss, FirstHalvesThatBlocksCutAreTold) {
+  for (const char* to : {"ibm-939", "utf-8", "wlatin1", "utf-32le"}) {
+    SCOPED_TRACE(to);
+    for (const char* text : {"62 00 00 D8 40 D8 41 DC 63 00", "00 D8 01 D8 02 D8 40 D8 41 0A", "00 D8 01 D8 62 00"}) {
+      const std::string little = bytes(text);
+      expectSameAtEveryCut("utf-16le", to, bytes("61 00"), little, little[0] == 'b' ? 2 : 0);
+    }
+  }
+  expectSameAtEveryCut("utf-16be", "ibm-939", bytes("00 61"), bytes("D8 00 D8 40 0A 41"), 0);
 }
 
 TEST(VeldLoss, TheOffsetCountsTheByteOrderMark) {
@@ -171,6 +213,7 @@ TEST(VeldLoss, OnLossFailLeavesTheOutputFileAsItWas) {
   for (const std::string& text : {bytes("61 CE 94"), bytes("61 CE")}) {
     const Outcome outcome = convert("utf-8", "wlatin1", text, {"--on-loss", "fail", "-o", folder.file("out")});
     EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(contains(outcome.errors, "; the conversion stopped ahead of it")) << outcome.errors;
     EXPECT_EQ(folder.read("out"), "old");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"out"});
   }

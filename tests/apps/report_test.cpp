@@ -60,6 +60,21 @@ TEST(VeldReport, AStopIsTold) {
   EXPECT_EQ(report["written"], 2);
 }
 
+// However the text is cut into blocks.
+TEST(VeldReport, ReadEndsAheadOfTheLossThatStops) {
+  std::vector<std::string> more = json;
+  more.insert(more.end(), {"--on-loss", "fail"});
+  for (const size_t ahead : {size_t{3}, size_t{65535}}) {
+    const Folder folder;
+    std::vector<std::string> words = more;
+    words.push_back(folder.write("text", times(ahead, "a") + bytes("A1 C4 62")));
+    const Json report = object(convert("euc-jp", "ebcdic1047", "", words).errors);
+    EXPECT_EQ(report["losses"][0]["offset"], ahead);
+    EXPECT_EQ(report["read"], ahead);
+    EXPECT_EQ(report["written"], ahead);
+  }
+}
+
 TEST(VeldReport, EachFileHasAnObject) {
   const Folder folder;
   const std::string whole = folder.write("whole", "a");
@@ -118,6 +133,43 @@ TEST(VeldReport, ValidationHasAnObjectForEachFile) {
   EXPECT_EQ(reports[4]["result"], "valid");
 }
 
+// They are the program's own text in a terminal's eyes.
+TEST(VeldReport, ControlCharactersAreEscapes) {
+  const Folder folder;
+  const std::string odd = folder.write("a\x7F\xC2\x9B\xE2\x80\xAE\xC3\xA9", "a");
+  const Outcome outcome = runVeld({.arguments = {"validate", "--report", "json", odd}});
+  EXPECT_TRUE(contains(outcome.output, "/a\\u007F\\u009B\\u202E\xC3\xA9\"")) << outcome.output;
+  EXPECT_EQ(object(outcome.output)["file"], odd);
+}
+
+// Writes a line for ever, or until the program reads no more; returns how many bytes it took.
+size_t writeLines(int file, std::string_view line) {
+  constexpr size_t most = 4 << 20;
+  const std::string lines = times(4096 / line.size(), line);
+  size_t taken = 0;
+  for (ssize_t count = 0; taken < most && (count = write(file, lines.data(), lines.size())) > 0;) {
+    taken += static_cast<size_t>(count);
+  }
+  return taken;
+}
+
+TEST(VeldReport, AFailedOutputEndsTheRun) {
+  const std::vector<std::pair<std::vector<std::string>, const char*>> runs{
+      {{"format", "number"}, "1\n"},
+      {{"format", "--report", "json", "number"}, "1\n"},
+      {{"validate", "--all"}, "\xFF\n"},
+      {{"validate", "--all", "--report", "json"}, "\xFF\n"}};
+  for (const auto& [arguments, line] : runs) {
+    SCOPED_TRACE(arguments[0] + arguments[1]);
+    size_t taken = 0;
+    const auto writer = [&](int file) { taken = writeLines(file, line); };
+    const Outcome outcome = runVeld({.arguments = arguments, .writer = writer, .outputFile = "/dev/full"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.errors, "veld: standard output can't be written; is its device full?\n");
+    EXPECT_LT(taken, size_t{1} << 20);
+  }
+}
+
 TEST(VeldProgress, AsksNothingOfShortRuns) { EXPECT_EQ(convert("utf-8", "wlatin1", "a").errors, ""); }
 
 TEST(VeldProgress, TellsTheLastStateWhenAsked) {
@@ -164,7 +216,7 @@ class Terminal {
 
 // Pauses for longer than progress stays silent, and then for longer than it is left as it is.
 void writeSlowly(int file) {
-  for (const useconds_t pause : {1'050'000, 120'000, 0}) {
+  for (const useconds_t pause : {1'050'000u, 120'000u, 0u}) {
     if (write(file, "abc", 3) != 3) return;
     usleep(pause);
   }

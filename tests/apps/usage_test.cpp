@@ -67,6 +67,16 @@ TEST(VeldUsage, WordsOfOptionsAreNoNumbers) {
   EXPECT_EQ(convert("utf-8", "wlatin1", bytes("CE 94 61"), {"--on-loss", "FAIL"}).output, "");
 }
 
+TEST(VeldUsage, ValuesInBracketsAreValues) {
+  for (const char* value : {"[5]", "[1,2]", "[]"}) {
+    const Outcome outcome = veld({"parse", "-l", "en_US", "number", value, "7"});
+    EXPECT_EQ(outcome.output, "7\n") << value;
+    EXPECT_EQ(outcome.exitCode, 1) << value;
+    EXPECT_TRUE(contains(outcome.errors, std::string("\n  ") + value + "\n")) << outcome.errors;
+  }
+  EXPECT_EQ(veld({"format", "-l", "en_US", "integer", "1", "--", "-2", "3"}).output, "1\n-2\n3\n");
+}
+
 TEST(VeldUsage, HelpToAFullDeviceIsTold) {
   const Outcome outcome = runVeld({.arguments = {"--help"}, .outputFile = "/dev/full"});
   EXPECT_EQ(outcome.exitCode, 2);
