@@ -334,6 +334,8 @@ void roundSeconds(Case& what) {
   what.bits = std::bit_cast<uint64_t>(static_cast<double>(what.bits % range) + firstSecond);
 }
 
+}  // namespace
+
 void check(Input input) {
   const uint8_t choice = input.byte();
   Case what = readCase(input);
@@ -344,11 +346,4 @@ void check(Input input) {
   checks[kind](what);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

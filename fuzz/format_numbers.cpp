@@ -227,6 +227,8 @@ Case readCase(Input& input, bool extreme) {
   return what;
 }
 
+}  // namespace
+
 void check(Input input) {
   constexpr void (*checks[])(const Case&) = {checkDouble,
                                              checkPercent,
@@ -243,11 +245,4 @@ void check(Input input) {
   if (formatter == 0) checkRoundTrip(what);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -61,6 +61,8 @@ void compare(const Case& what, const Kernels& kernels) {
   require(part.run.read == actual.run.read && part.run.written == actual.run.written, "whole characters are read");
 }
 
+}  // namespace
+
 void check(Input input) {
   static const std::vector<KernelTier> tiers = test::kernels::vectorTiers();
   static Area inputArea(longestText + 4096);
@@ -86,11 +88,4 @@ void check(Input input) {
   compare({slot, in.data(), count, out, room}, kernels);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -177,6 +177,8 @@ void checkLanguage(const Case& what) {
   if (item.length == 2) require(result.units.find(untouchedUnit) == std::u16string::npos, "two letters are converted");
 }
 
+}  // namespace
+
 void check(Input input) {
   constexpr void (*checks[])(const Case&) = {checkCreation,   checkFoundName, checkRecord,
                                              checkComparison, checkSections,  checkLanguage};
@@ -188,11 +190,4 @@ void check(Input input) {
   checks[kind % std::size(checks)](what);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

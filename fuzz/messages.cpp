@@ -78,6 +78,8 @@ void checkCall(QZLocale* locale, test::MessageServices& services, Model& model, 
   require(services.modules == static_cast<int>(model.listed.size()), "a module that isn't listed ends");
 }
 
+}  // namespace
+
 void check(Input input) {
   const std::u16string_view name = viewOf(chooseLocale(input)->record->identity.posixName);
   test::MessageServices services([](const char* what) { require(false, what); });
@@ -92,11 +94,4 @@ void check(Input input) {
   host().memory.services = nullptr;
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -164,6 +164,8 @@ void checkPieces(const Case& what, const std::vector<size_t>& cuts, size_t room)
   }
 }
 
+}  // namespace
+
 void check(Input input) {
   CEI source = chooseMultiByte(input);
   CEI target = chooseEncoding(input).cei;
@@ -200,11 +202,4 @@ void check(Input input) {
   checkPieces(what, cuts, someRoom);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -276,14 +276,18 @@ void checkEnvironment(const Case& what) {
     unsetenv(variables[i]);
     if ((what.choice >> i & 1) != 0) setenv(variables[i], text.c_str(), 1);
   }
+  const int32_t codePage = veldnls::environmentCodePage();
   Name number;
-  for (const char digit : std::to_string(veldnls::environmentCodePage())) number += static_cast<char16_t>(digit);
-  require(lookUp(number, NLS_LOOKUP_ANY).status == 0, "the environment's code page is an encoding");
+  for (const char digit : std::to_string(codePage)) number += static_cast<char16_t>(digit);
+  require((lookUp(number, NLS_LOOKUP_ANY).status == 0) == (codePage != 0),
+          "the environment's code page is an encoding, or told as none");
   Name locale = u"WLCID:";
   for (const char digit : std::to_string(veldnls::environmentLocaleId())) locale += static_cast<char16_t>(digit);
   const Located located = locate(locale, NLS_LOCALE_FALLBACK);
   require(located.row != &untouchedRow, "the environment's locale is one");
 }
+
+}  // namespace
 
 void check(Input input) {
   constexpr void (*checks[])(const Case&) = {checkTrie, checkEncoding, checkLocale, checkAcceptance, checkEnvironment};
@@ -293,11 +297,4 @@ void check(Input input) {
   checks[lookUpChoice % std::size(checks)](what);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

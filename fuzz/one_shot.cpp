@@ -177,6 +177,8 @@ void checkEstimate(const Case& what) {
   require(status == 0, "an estimate is given");
 }
 
+}  // namespace
+
 void check(Input input) {
   const EncodingDescriptor& source = chooseEncoding(input);
   const EncodingDescriptor& target = chooseEncoding(input);
@@ -207,11 +209,4 @@ void check(Input input) {
   }
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

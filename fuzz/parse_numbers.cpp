@@ -262,6 +262,8 @@ Case readCase(Input& input) {
   return what;
 }
 
+}  // namespace
+
 void check(Input input) {
   constexpr void (*checks[])(const Case&) = {
       checkDouble, checkInteger<int32_t, &QZLocale::parseInt32>, checkInteger<int64_t, &QZLocale::parseInt64>,
@@ -270,11 +272,4 @@ void check(Input input) {
   checks[choice % std::size(checks)](readCase(input));
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

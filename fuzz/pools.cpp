@@ -266,10 +266,9 @@ class Run {
 
 }  // namespace
 
-}  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::refused = false;
-  fuzz::Run(fuzz::Input(data, size)).all();
-  return 0;
+void check(Input input) {
+  refused = false;
+  Run(input).all();
 }
+
+}  // namespace fuzz

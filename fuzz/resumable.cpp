@@ -96,13 +96,7 @@ void requireSame(const Fed& actual, const Fed& wanted) {
 Bytes unitsOf(CEI source, Span text) {
   // Where nothing is converted, bytes are checked as UTF-8.
   const Pipeline toUnits(source == U_ASCII_CE || source == U_ANY_CE ? U_UTF8_CE : source, U_L_UNICODE_CE);
-  if (toUnits == nullptr) return {};
-  Bytes units(6 * text.size() + 32);
-  uint32_t written = 0;
-  toUnits->transcodeResumable(toUnits, text.data(), static_cast<uint32_t>(text.size()), units.data(),
-                              static_cast<uint32_t>(units.size()), &written, nullptr, nullptr);
-  units.resize(written);
-  return units;
+  return toUnits == nullptr ? Bytes() : outputOf(toUnits, text);
 }
 
 // Whether a first step gives UTF-16 units that a second one, to UTF-8 or UTF-EBCDIC, puts together again.
@@ -178,6 +172,8 @@ void checkOneShot(const Case& what, const Fed& whole) {
   }
 }
 
+}  // namespace
+
 void check(Input input) {
   const EncodingDescriptor& source = chooseEncoding(input);
   const EncodingDescriptor& target = chooseEncoding(input);
@@ -203,11 +199,4 @@ void check(Input input) {
   if (!mindsLittleRoom(what, whole)) requireSame(joined(what, feed(what, true, room)), wanted);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -188,6 +188,8 @@ void checkPipeline(CEI source, CEI target, const Converted& without, Span text) 
   if (!reads && pipeline->sourceCei == U_L_UNICODE_CE) checkUnits(pipeline, *overlay);
 }
 
+}  // namespace
+
 void check(Input input) {
   const unsigned trials = input.byte();
   const int failing = input.byte() % 40;
@@ -214,11 +216,4 @@ void check(Input input) {
   require(faults_test::usedBytes(nls->pool) == used, "what lists and overlays took is given back");
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

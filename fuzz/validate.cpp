@@ -140,6 +140,8 @@ bool endsAnywhere(const EncodingDescriptor& row) {
   return row.encodingClass != NLS_CLASS_SHIFTED && row.encodingClass != NLS_CLASS_UTF16 && row.cei != U_GB18030_CE;
 }
 
+}  // namespace
+
 void check(Input input) {
   const EncodingDescriptor& row = chooseEncoding(input);
   const Bytes text = input.text(longestText);
@@ -160,11 +162,4 @@ void check(Input input) {
   checkConversion(text, row, valid);
 }
 
-}  // namespace
-
 }  // namespace fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::check(fuzz::Input(data, size));
-  return 0;
-}

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
+#include "core/kernels/double_byte.h"
 #include "veldnls/cei.h"
 
 namespace veldnls {
 
 namespace {
-
-constexpr uint16_t ideographicSpace = 0x3000;
 
 struct Range {
   uint16_t first;

@@ -8,6 +8,8 @@
 #include <type_traits>
 
 #include "transcode/stage_shell.h"
+#include "transcode/two_stage.h"
+#include "veldnls/cei.h"
 #include "veldnls/pipeline.h"
 
 namespace veldnls {
@@ -63,10 +65,19 @@ inline constexpr NlsUnicodeStage utf32ToUtf16 = stage<utf32ToUtf16Row>;
 
 // Two stages with UTF-16LE between them. Without a progress record the status is the second stage's: a substitution by
 // the first shows in the text only. Half a surrogate pair at the end of the text between them is replaced by nothing.
-StageFunction utf8RoundTrip;
-StageFunction utfEbcdicRoundTrip;
-StageFunction utfEbcdicToUtf8;
-StageFunction utf8ToUtfEbcdic;
+// That text has the room that `source` needs, whatever the pipeline's source CEI is: the form may stand for an encoding
+// that needs no conversion to it.
+template <CEI source, NlsUnicodeStage first, NlsUnicodeStage second>
+NlsStatus throughUtf16(TranscodingPipeline* pipeline, const void* input, uint32_t inputLength, void* output,
+                       uint32_t outputSize, uint32_t* outputLength, TranscodeProgress* progress,
+                       const TranscodeOptions* options) {
+  return runTwoStages(source, first, second, pipeline, input, inputLength, output, outputSize, outputLength, progress,
+                      options);
+}
+inline constexpr NlsUnicodeStage utf8RoundTrip = throughUtf16<U_UTF8_CE, utf8ToUtf16, utf16ToUtf8>;
+inline constexpr NlsUnicodeStage utfEbcdicRoundTrip = throughUtf16<U_UTFE_CE, utfEbcdicToUtf16, utf16ToUtfEbcdic>;
+inline constexpr NlsUnicodeStage utfEbcdicToUtf8 = throughUtf16<U_UTFE_CE, utfEbcdicToUtf16, utf16ToUtf8>;
+inline constexpr NlsUnicodeStage utf8ToUtfEbcdic = throughUtf16<U_UTF8_CE, utf8ToUtf16, utf16ToUtfEbcdic>;
 
 // The runs of routes through the multi-byte module: the stage of the source side, or those of both sides with UTF-16LE
 // between them. The status of a two-stage run is the second stage's. With a progress record a status of the first

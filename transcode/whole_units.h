@@ -49,6 +49,7 @@ NlsStatus moveUnits(Blank blank, TranscodingPipeline* pipeline, const void* inpu
   reportLength(outputLength, extent.length);
   NlsStatus status = extent.status;
   if (status == nlsOutputTruncated) {
+    // The rest of held bytes and input, joined: behind held bytes, places in the caller's input would be others.
     status = statusOfRest(mayDropBlanks(pipeline->options, options), text.bytes + extent.length,
                           text.length - extent.length, blank);
   }

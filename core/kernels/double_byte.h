@@ -24,8 +24,6 @@ struct CodeRow {
   uint8_t span;    // second byte of its last unit, less `first`
 };
 
-inline constexpr uint32_t codeRowCount = 0x201;
-
 // A loop over text does best with a copy of this record of its own, which it can keep in registers.
 struct CodeRows {
   const CodeRow* rows;    // a row without codes is the one unit 0 of second byte 0

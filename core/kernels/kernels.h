@@ -50,6 +50,30 @@ using WholeKernel = void(const uint8_t* in, uint8_t* out, size_t count);
 // Converts whole characters as far as the input is plain and `room` items of output last.
 using TextKernel = KernelRun(const uint8_t* in, size_t count, uint8_t* out, size_t room);
 
+// The others. What they do stands at their slots.
+using ByteMapKernel = void(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
+using ExpandKernel = void(const char16_t* table, const uint8_t* in, uint8_t* out, size_t count);
+using PagesToBytesKernel = size_t(const uint8_t* const* pages, const uint8_t* in, uint8_t* out, size_t count);
+using UnitsToCodesKernel = KernelRun(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count,
+                                     uint8_t* out, size_t room);
+using UnitsToCellsKernel = KernelRun(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out,
+                                     size_t room);
+using CodesToUnitsKernel = KernelRun(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
+                                     size_t count, uint8_t* out, size_t room);
+using CodesToUtf8Kernel = KernelRun(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
+                                    size_t room);
+using CodesToCodesKernel = KernelRun(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
+                                     const uint8_t* in, size_t count, uint8_t* out, size_t room);
+using CodesToCellsKernel = KernelRun(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in,
+                                     size_t count, uint8_t* out, size_t room);
+using DoublesToUnitsKernel = size_t(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out,
+                                    size_t count);
+using ShiftedToUnitsKernel = KernelRun(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count,
+                                       uint8_t* out, size_t room);
+using UnitsToShiftedKernel = KernelRun(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count,
+                                       uint8_t* out, size_t room);
+using RunWithoutKernel = size_t(const uint8_t* four, const uint8_t* in, size_t count);
+
 struct Kernels {
   KernelTier tier;
 
@@ -58,12 +82,12 @@ struct Kernels {
   size_t fieldBytes;
 
   // Each byte through a table of 256. `out` may be `in`, or begin before it.
-  void (*byteMap)(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
+  ByteMapKernel* byteMap;
   // Each byte to the UTF-16 unit that a table of 256 has for it.
-  void (*expand)(const char16_t* table, const uint8_t* in, uint8_t* out, size_t count);
+  ExpandKernel* expand;
   // Each UTF-16 unit to its byte: `pages` has 256 addresses by high byte, each null or of 256 bytes by low byte. Stops
   // at a unit without a byte, which is one whose page is null or has a zero for it; but U+0000 may have a zero.
-  size_t (*pagesToBytes)(const uint8_t* const* pages, const uint8_t* in, uint8_t* out, size_t count);
+  PagesToBytesKernel* pagesToBytes;
 
   // Items below 0x80: counted; bytes made units; units made bytes.
   PrefixKernel* asciiRun;
@@ -94,38 +118,30 @@ struct Kernels {
   // UTF-16 units to characters of one or two bytes: those below 0x80 to the byte of that value, U+3000 to `blank`,
   // others through the table. Stop at a unit without a character there, and at U+0080 to U+009E and U+FF61 to U+FF9F,
   // which tables of their own are for.
-  KernelRun (*unitsToCodes)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                            size_t room);
+  UnitsToCodesKernel* unitsToCodes;
   // The same for characters of two bytes alone: stops at what has one.
-  KernelRun (*unitsToDoubles)(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                              size_t room);
+  UnitsToCodesKernel* unitsToDoubles;
   // The same as the first for the other table, with no exceptions.
-  KernelRun (*unitsToCells)(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room);
+  UnitsToCellsKernel* unitsToCells;
 
   // Text of bytes below 0x80, which mean that unit, and two-byte codes, to UTF-16 units. `blank` is the code of U+3000.
   // The rows have codes of no other leads. Stops at a byte from 0x80 on that is no lead, at a lead at the end, and at a
   // code without a unit.
-  KernelRun (*codesToUnits)(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in,
-                            size_t count, uint8_t* out, size_t room);
+  CodesToUnitsKernel* codesToUnits;
   // The same without a look at leads, and then what utf16ToUtf8, unitsToCodes or unitsToCells makes of the units, which
   // needn't go through memory for that. Stop also at a unit that these stop at. For short texts.
-  KernelRun (*codesToUtf8)(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                           size_t room);
-  KernelRun (*codesToCodes)(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
-                            const uint8_t* in, size_t count, uint8_t* out, size_t room);
-  KernelRun (*codesToCells)(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in,
-                            size_t count, uint8_t* out, size_t room);
+  CodesToUtf8Kernel* codesToUtf8;
+  CodesToCodesKernel* codesToCodes;
+  CodesToCellsKernel* codesToCells;
   // Two-byte codes alone; `count` of them. Stops at one without a unit.
-  size_t (*doublesToUnits)(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
+  DoublesToUnitsKernel* doublesToUnits;
   // Text with shifts, whose mode is `inDouble` before and after. The first stops at a shift to the mode that is on, at
   // a first byte at the end, and at a code without a unit, and takes a shift-out only with the character behind it; the
   // second stops where unitsToCodes does, but for U+0080 to U+009E.
-  KernelRun (*shiftedToUnits)(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count,
-                              uint8_t* out, size_t room);
-  KernelRun (*unitsToShifted)(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count,
-                              uint8_t* out, size_t room);
+  ShiftedToUnitsKernel* shiftedToUnits;
+  UnitsToShiftedKernel* unitsToShifted;
   // Counts the bytes ahead of the first that is one of four.
-  size_t (*runWithout)(const uint8_t* four, const uint8_t* in, size_t count);
+  RunWithoutKernel* runWithout;
 };
 
 // What kernels() answers; null until somebody asks.

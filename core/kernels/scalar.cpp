@@ -13,8 +13,6 @@ namespace {
 using std::endian;
 
 constexpr uint32_t firstNonAscii = 0x80;
-constexpr uint32_t firstSupplementary = 0x10000;
-constexpr uint32_t lastCodePoint = 0x10FFFF;
 constexpr uint32_t firstFiveByteValue = 0x200000;
 constexpr uint8_t lastPlanesLead = 0xF4;
 

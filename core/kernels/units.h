@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/kernels/code_points.h"
+
 namespace veldnls {
 
 namespace {

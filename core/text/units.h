@@ -6,14 +6,14 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/kernels/code_points.h"
+
 namespace veldnls {
 
 inline constexpr uint32_t utf16UnitBytes = 2;
 inline constexpr uint32_t utf32UnitBytes = 4;
 
 inline constexpr uint32_t replacementCharacter = 0xFFFD;
-inline constexpr uint32_t lastCodePoint = 0x10FFFF;
-inline constexpr uint32_t firstSupplementary = 0x10000;
 
 template <std::endian order>
 inline uint32_t load16(const uint8_t* at) {

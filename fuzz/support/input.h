@@ -45,4 +45,7 @@ class Input {
   Span rest_;
 };
 
+// Tries one case. Every target defines this, and the entry that a fuzzer calls calls it.
+void check(Input input);
+
 }  // namespace fuzz

@@ -69,11 +69,13 @@ OnTier::OnTier(unsigned choice) : before_(veldnls::kernels().tier) {
 
 OnTier::~OnTier() { veldnls::forceKernelTier(before_); }
 
-Pipeline::Pipeline(CEI source, CEI target, const TranscodeOptions* options)
-    : pipeline_(host().nls->createPipeline(host().nls, source, target, options, nullptr)) {}
-
-Pipeline::~Pipeline() {
-  if (pipeline_ != nullptr) require(pipeline_->destroy(pipeline_) == 0, "a pipeline ends");
+Bytes outputOf(TranscodingPipeline* pipeline, Span text) {
+  Bytes output(6 * text.size() + 32);
+  uint32_t written = 0;
+  pipeline->transcodeResumable(pipeline, text.data(), static_cast<uint32_t>(text.size()), output.data(),
+                               static_cast<uint32_t>(output.size()), &written, nullptr, nullptr);
+  output.resize(written);
+  return output;
 }
 
 }  // namespace fuzz

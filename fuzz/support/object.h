@@ -1,10 +1,9 @@
 // One object for all runs of a target, and the encodings that it converts between.
 #pragma once
 
-#include <vector>
-
 #include "core/kernels/kernels.h"
 #include "fuzz/support/input.h"
+#include "support/conversion.h"
 #include "support/host.h"
 #include "veldnls/pipeline.h"
 
@@ -35,18 +34,12 @@ class OnTier {
 };
 
 // A pipeline of the object; null if the pair is refused.
-class Pipeline {
- public:
-  Pipeline(CEI source, CEI target, const TranscodeOptions* options = nullptr);
-  ~Pipeline();
-  Pipeline(const Pipeline&) = delete;
-  Pipeline& operator=(const Pipeline&) = delete;
-
-  TranscodingPipeline* operator->() const { return pipeline_; }
-  operator TranscodingPipeline*() const { return pipeline_; }
-
- private:
-  TranscodingPipeline* pipeline_;
+struct Pipeline : test::Pipeline {
+  Pipeline(CEI source, CEI target, const TranscodeOptions* options = nullptr)
+      : test::Pipeline(host().nls, source, target, options) {}
 };
+
+// What a text becomes, at most six bytes for each of its own and a few more, whatever the status is.
+Bytes outputOf(TranscodingPipeline* pipeline, Span text);
 
 }  // namespace fuzz

@@ -23,12 +23,7 @@ Bytes unitsOf(CEI source, Span text) {
   }
   const Pipeline toUnits(source, U_L_UNICODE_CE);
   if (source == U_L_UNICODE_CE || toUnits == nullptr) return {text.begin(), text.end()};
-  Bytes units(6 * text.size() + 32);
-  uint32_t written = 0;
-  toUnits->transcodeResumable(toUnits, text.data(), static_cast<uint32_t>(text.size()), units.data(),
-                              static_cast<uint32_t>(units.size()), &written, nullptr, nullptr);
-  units.resize(written);
-  return units;
+  return outputOf(toUnits, text);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text/units.h"
+#include "modules/qznlsmb/kernel_pause.h"
 #include "modules/qznlsmb/scanners.h"
 #include "modules/qznlsmb/short_source.h"
 #include "modules/qznlsmb/unicode_output.h"
@@ -11,8 +12,6 @@ namespace veldnls {
 
 namespace {
 
-// So many characters a loop does itself before a kernel that got nowhere is asked again.
-constexpr size_t kernelPause = 16;
 constexpr size_t longestCharacter = 4;
 
 // A text on its way, of which `some` takes a few characters and `kernel` many. Both take what is left, and return how

@@ -6,6 +6,7 @@
 #include "core/kernels/pace.h"
 #include "core/text/units.h"
 #include "modules/qznlsmb/ascii.h"
+#include "modules/qznlsmb/kernel_pause.h"
 #include "modules/qznlsmb/short_target.h"
 #include "modules/qznlsmb/target_run.h"
 #include "modules/qznlsmb/unicode_input.h"
@@ -16,8 +17,6 @@ namespace {
 
 // For fewer units a kernel doesn't pay.
 constexpr size_t kernelUnits = 16;
-// So many characters the loop does itself before a kernel that got nowhere is asked again.
-constexpr size_t kernelPause = 16;
 
 using Units = Utf16Input<std::endian::little>;
 

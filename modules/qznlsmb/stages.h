@@ -15,7 +15,6 @@ namespace veldnls {
 // texts of a few characters; kernels there as well. A text that another stage has just written in pieces is dear to
 // load at once.
 enum class Pace : uint8_t { everyCharacter, loops, kernels, kernelsForAll };
-inline constexpr int paceCount = 4;
 
 // Multi-byte text to the Unicode form of `target`. Pairs are those of `rule`.
 NlsModuleStage multibyteToUnicode(CharacterRule rule, CEI target, Pace pace);

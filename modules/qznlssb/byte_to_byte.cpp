@@ -42,6 +42,7 @@ NlsStatus byteToByte(TranscodingPipeline* pipeline, const void* input, uint32_t 
                      const TranscodeOptions* options) {
   if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
   RunInput<copyScratchSize> work(pipeline->nls->pool);
+  // No record for the input: bytes that some other conversion left in the caller's stay there.
   if (!work.open(input, inputLength, output, outputSize, nullptr)) return nlsNoMemory;
   return mapBytes(*pipeline, work.text(), static_cast<uint8_t*>(output), outputSize, outputLength, progress, options);
 }

@@ -7,6 +7,13 @@
 
 namespace veldnls {
 
+// Opens the input of such a route; false when the pool is exhausted. Without a progress record the input isn't looked
+// at any more once there is output, so that they may overlap.
+inline bool openDecoded(RunInput<runScratchSize>& work, const void* input, uint32_t inputLength, const void* output,
+                        uint32_t outputSize, const TranscodeProgress* progress) {
+  return work.open(input, inputLength, output, progress != nullptr ? outputSize : 0, progress);
+}
+
 // Decodes a text through `decode`, a slot of the pipeline's object, and converts the units. `readable` is the text in
 // the byte order that `decode` takes, as long as `text`; what is held comes from `text`, as the caller gave it. Of the
 // progress record, which may be null, everything is reported; a substitution only sets its bit in `flags`. With a

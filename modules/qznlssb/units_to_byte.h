@@ -9,7 +9,7 @@
 namespace veldnls {
 
 struct UnitRun {
-  uint32_t read = 0;  // units, both of a surrogate pair counted
+  uint32_t read = 0;  // units; a surrogate pair, though one substitution, counts two, as the text goes on behind it
   uint32_t written = 0;
   bool substituted = false;
   // nlsOutputTruncated if units remain; else 0 when blanks were dropped, even after a substitution; else

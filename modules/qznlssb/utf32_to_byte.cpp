@@ -1,4 +1,3 @@
-#include "core/text/run_input.h"
 #include "core/text/swap.h"
 #include "modules/qznlssb/decoded_to_byte.h"
 #include "modules/qznlssb/run_functions.h"
@@ -27,8 +26,7 @@ NlsStatus utf32ToByte(TranscodingPipeline* pipeline, const void* input, uint32_t
   if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
   QZNLS* nls = pipeline->nls;
   RunInput<runScratchSize> work(nls->pool);
-  // The input is looked at again only with a progress record.
-  if (!work.open(input, inputLength, output, progress != nullptr ? outputSize : 0, progress)) return nlsNoMemory;
+  if (!openDecoded(work, input, inputLength, output, outputSize, progress)) return nlsNoMemory;
   const RunText& text = work.text();
   const NlsStatus status = pipeline->source.swapInput != 0
                                ? swapAndConvert(pipeline, text, output, outputSize, outputLength, progress, options)

@@ -63,6 +63,7 @@ Utf8Run convert(const TranscodingPipeline& pipeline, const RunText& text, uint8_
   return ended(false);
 }
 
+// Every byte that is left is looked at, so that nothing but blanks is ever dropped.
 NlsStatus statusOf(const Utf8Run& run, const RunText& text, bool dropBlanks) {
   if (run.incomplete) return nlsIncompleteInput;
   const NlsStatus rest = statusOfRest(dropBlanks, text.bytes + run.read, text.length - run.read, utf8Blank);

@@ -1,4 +1,3 @@
-#include "core/text/run_input.h"
 #include "modules/qznlssb/decoded_to_byte.h"
 #include "modules/qznlssb/run_functions.h"
 #include "veldnls/cei.h"
@@ -11,8 +10,7 @@ NlsStatus utfeToByte(TranscodingPipeline* pipeline, const void* input, uint32_t 
   if (const auto ended = beginOrEnd(inputLength, outputSize, 1, outputLength, progress)) return *ended;
   QZNLS* nls = pipeline->nls;
   RunInput<runScratchSize> work(nls->pool);
-  // Without a progress record the input isn't looked at any more once there is output, so that they may overlap.
-  if (!work.open(input, inputLength, output, progress != nullptr ? outputSize : 0, progress)) return nlsNoMemory;
+  if (!openDecoded(work, input, inputLength, output, outputSize, progress)) return nlsNoMemory;
   const NlsConvertResumable decode =
       pipeline->source.cei == U_UTFE_CE ? nls->convertUtfEbcdicToUtf16Resumable : nls->convertUtf8ToUtf16Resumable;
   return decodedToByte(pipeline, work.text(), work.text().bytes, decode, output, outputSize, outputLength, progress,

@@ -1,6 +1,18 @@
 #include "support/conversion.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace test {
+
+Pipeline::Pipeline(QZNLS* nls, CEI source, CEI target, const TranscodeOptions* options)
+    : pipeline_(nls->createPipeline(nls, source, target, options, nullptr)) {}
+
+Pipeline::~Pipeline() {
+  if (pipeline_ == nullptr || pipeline_->destroy(pipeline_) == 0) return;
+  std::fputs("broken: a pipeline ends\n", stderr);
+  std::abort();
+}
 
 Converted convertWhole(TranscodingPipeline* pipeline, std::span<const uint8_t> text) {
   Converted converted;

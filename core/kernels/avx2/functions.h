@@ -7,9 +7,9 @@
 
 namespace veldnls::avx2 {
 
-void byteMap(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
-void expand(const char16_t* table, const uint8_t* in, uint8_t* out, size_t count);
-size_t pagesToBytes(const uint8_t* const* pages, const uint8_t* in, uint8_t* out, size_t count);
+ByteMapKernel byteMap;
+ExpandKernel expand;
+PagesToBytesKernel pagesToBytes;
 
 PrefixKernel asciiRun;
 template <std::endian order>
@@ -36,11 +36,8 @@ TextKernel utf32ToUtf8;
 template <std::endian order>
 TextKernel utf32ToUtf16;
 
-KernelRun unitsToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                       size_t room);
-KernelRun codesToCodes(const CodeRows& rows, uint32_t blank, const UnitCodes& codes, uint32_t targetBlank,
-                       const uint8_t* in, size_t count, uint8_t* out, size_t room);
-KernelRun codesToCells(const CodeRows& rows, uint32_t blank, const UnitCells& codes, const uint8_t* in, size_t count,
-                       uint8_t* out, size_t room);
+UnitsToCodesKernel unitsToCodes;
+CodesToCodesKernel codesToCodes;
+CodesToCellsKernel codesToCells;
 
 }  // namespace veldnls::avx2

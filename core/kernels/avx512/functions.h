@@ -7,9 +7,9 @@
 
 namespace veldnls::avx512 {
 
-void byteMap(const uint8_t* table, const uint8_t* in, uint8_t* out, size_t count);
-void expand(const char16_t* table, const uint8_t* in, uint8_t* out, size_t count);
-size_t pagesToBytes(const uint8_t* const* pages, const uint8_t* in, uint8_t* out, size_t count);
+ByteMapKernel byteMap;
+ExpandKernel expand;
+PagesToBytesKernel pagesToBytes;
 
 PrefixKernel asciiRun;
 template <std::endian order>
@@ -36,19 +36,14 @@ TextKernel utf32ToUtf8;
 template <std::endian order>
 TextKernel utf32ToUtf16;
 
-KernelRun unitsToCodes(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                       size_t room);
-KernelRun unitsToDoubles(const UnitCodes& codes, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out,
-                         size_t room);
-KernelRun unitsToCells(const UnitCells& codes, const uint8_t* in, size_t count, uint8_t* out, size_t room);
-KernelRun codesToUnits(const CodeRows& rows, const LeadBytes& leads, uint32_t blank, const uint8_t* in, size_t count,
-                       uint8_t* out, size_t room);
-KernelRun codesToUtf8(const CodeRows& rows, uint32_t blank, const uint8_t* in, size_t count, uint8_t* out, size_t room);
-size_t doublesToUnits(const CodeRows& rows, uint32_t blank, const uint8_t* in, uint8_t* out, size_t count);
-KernelRun shiftedToUnits(const ShiftedSource& source, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
-                         size_t room);
-KernelRun unitsToShifted(const ShiftedTarget& target, bool& inDouble, const uint8_t* in, size_t count, uint8_t* out,
-                         size_t room);
-size_t runWithout(const uint8_t* four, const uint8_t* in, size_t count);
+UnitsToCodesKernel unitsToCodes;
+UnitsToCodesKernel unitsToDoubles;
+UnitsToCellsKernel unitsToCells;
+CodesToUnitsKernel codesToUnits;
+CodesToUtf8Kernel codesToUtf8;
+DoublesToUnitsKernel doublesToUnits;
+ShiftedToUnitsKernel shiftedToUnits;
+UnitsToShiftedKernel unitsToShifted;
+RunWithoutKernel runWithout;
 
 }  // namespace veldnls::avx512

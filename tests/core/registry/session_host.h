@@ -3,21 +3,17 @@
 
 #include <string>
 
+#include "support/host_options.h"
 #include "veldnls/nls.h"
 
 namespace test {
 
 // While one lives, the options have these values; without one, asking for an option ends the process.
-class SessionOptions {
+class SessionOptions : public HostOptions {
  public:
   explicit SessionOptions(CEI sessionCei, std::u16string language = u"");
-  ~SessionOptions();
-  SessionOptions(const SessionOptions&) = delete;
-  SessionOptions& operator=(const SessionOptions&) = delete;
 
   QZNLS* nls() { return &nls_; }
-  // How often an option was asked for.
-  int asked() const;
 
  private:
   QZNLS nls_{};

@@ -1,10 +1,8 @@
 // The module's record.
-#include <algorithm>
-#include <cstring>
-
 #include "core/qznlsstub.h"
 #include "modules/qznlsmb/qznlsmb.h"
 #include "modules/qznlsmb/rows.h"
+#include "support/module_record.h"
 
 namespace transcode_test {
 namespace {
@@ -14,15 +12,7 @@ TEST(MultiByteModuleRecord, ConstructorFillsIt) {
   int marker = 0;
   auto* module = reinterpret_cast<MultiByteModule*>(veldnls::createMultiByteModule(&marker, nullptr));
   ASSERT_NE(module, nullptr);
-  EXPECT_EQ(std::memcmp(module->magic, "nevo", 4), 0);
-  EXPECT_EQ(module->name, nullptr);
-  EXPECT_EQ(module->host, &marker);
-  EXPECT_NE(module->pool, nullptr);
-  int32_t version[3] = {};
-  EXPECT_EQ(module->versionQuery(module, &version[0], &version[1], &version[2]), 0u);
-  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 1, 1}));
-  EXPECT_EQ(module->minimumVersionQuery(module, &version[0], &version[1], &version[2]), 0u);
-  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 0, 0}));
+  test::expectModuleHeader(*module, &marker);
   for (const NlsMultiByteSetup slot :
        {module->setupByteToMultibyte, module->setupMultibyteToByte, module->setupUtf16ToMultibyte,
         module->setupMultibyteToUtf16, module->setupUtf32ToMultibyte, module->setupMultibyteToUtf32,

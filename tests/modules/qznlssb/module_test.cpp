@@ -2,12 +2,12 @@
 #include "modules/qznlssb/qznlssb.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "core/qznlsstub.h"
 #include "modules/qznlssb/direct_byte_maps.h"
 #include "modules/qznlssb/route.h"
 #include "modules/qznlssb/setup.h"
+#include "support/module_record.h"
 
 namespace test {
 namespace {
@@ -19,15 +19,7 @@ TEST_F(Module, ConstructorFillsTheRecord) {
   NlsExtension* extension = veldnls::createSingleByteModule(&marker, nullptr);
   ASSERT_NE(extension, nullptr);
   auto* module = reinterpret_cast<SingleByteModule*>(extension);
-  EXPECT_EQ(std::memcmp(module->magic, "nevo", 4), 0);
-  EXPECT_EQ(module->name, nullptr);
-  EXPECT_EQ(module->host, &marker);
-  EXPECT_NE(module->pool, nullptr);
-  int32_t version[3] = {};
-  EXPECT_EQ(module->versionQuery(module, &version[0], &version[1], &version[2]), 0u);
-  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 1, 1}));
-  EXPECT_EQ(module->minimumVersionQuery(module, &version[0], &version[1], &version[2]), 0u);
-  EXPECT_TRUE(std::ranges::equal(version, std::initializer_list<int32_t>{3, 0, 0}));
+  expectModuleHeader(*module, &marker);
   EXPECT_NE(module->setupByteToByte, nullptr);
   EXPECT_NE(module->setupByteToUnicode, nullptr);
   EXPECT_NE(module->setupWideToByte, nullptr);
@@ -64,6 +56,9 @@ TEST(DirectByteMaps, AreFoundByBothShortNames) {
 TEST(DirectByteMaps, NoRowsFindNothing) {
   EXPECT_EQ(veldnls::findDirectByteMap({}, named(u"ab  "), named(u"cd  ")), nullptr);
 }
+
+// What the module itself brings: the map of every pair is built.
+TEST(DirectByteMaps, NoPairHasOne) { EXPECT_TRUE(veldnls::directByteMaps().empty()); }
 
 TEST_F(Module, AMapByHandGoesBeforeOneThatIsBuilt) {
   uint8_t byHand[256];

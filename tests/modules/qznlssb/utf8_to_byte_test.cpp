@@ -204,6 +204,20 @@ TEST_F(Utf8ToByte, Blanks) {
   EXPECT_EQ(ebcdic.transcode(bytesOf("a "), 1, &dropBlanks).status, 0u);
 }
 
+// Blanks are dropped only where all of the rest is blanks, wherever in it another byte stands.
+TEST_F(Utf8ToByte, EveryByteOfTheRestMustBeABlank) {
+  for (const uint32_t blanks : {1u, 2u, 3u, 7u}) {
+    const std::string rest(blanks, ' ');
+    EXPECT_EQ(latin.transcode(bytesOf("ab" + rest), 2, &dropBlanks).status, 0u);
+    for (uint32_t place = 0; place < blanks; ++place) {
+      std::string other = rest;
+      other[place] = 'x';
+      EXPECT_EQ(latin.transcode(bytesOf("ab" + other), 2, &dropBlanks).status, nlsOutputTruncated)
+          << place << " of " << blanks;
+    }
+  }
+}
+
 TEST_F(Utf8ToByte, OnlyTheSubstitutionBitOfFlagsIsTouched) {
   TranscodeProgress progress{};
   progress.flags = 0x41 | NLS_PROGRESS_SUBSTITUTED;
