@@ -132,6 +132,22 @@ class Judgement(unittest.TestCase):
         self.expect([floorless, group("unicode", "random", veldnls=[10], ICU=[20])], 0, "0 of 1 ratios")
 
 
+class Inputs(unittest.TestCase):
+    """What can't be read ends bench/report with a sentence, ahead of any build."""
+
+    def refuses(self, status, sentence, *options):
+        done = subprocess.run([sys.executable, str(HERE / "report"), *options], capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout), (status, ""))
+        self.assertTrue(done.stderr.endswith("\n") and sentence in done.stderr.splitlines()[-1], done.stderr)
+
+    def test_files_that_are_not_there(self):
+        for option in ("--samples", "--program", "--module"):
+            self.refuses(2, "there is no file /nowhere/file", option, "/nowhere/file")
+
+    def test_samples_that_are_none(self):
+        self.refuses(1, f"{HERE / 'report'} has no samples", "--samples", str(HERE / "report"))
+
+
 class EndToEnd(unittest.TestCase):
     def setUp(self):
         if OPTIONS.program is None:

@@ -1,5 +1,5 @@
-# The installed tree, in three components: `runtime` is the module under its versioned names, `development` what hosts are
-# built with, `tool` the command-line host.
+# The installed tree, in four components: `runtime` is the module under its versioned names, `development` what hosts are
+# built with, `tool` the command-line host, `documents` whose facts the tree holds.
 
 # Libraries of one architecture have a folder of their own, under every prefix, so that one build serves all prefixes.
 if(CMAKE_LIBRARY_ARCHITECTURE AND NOT DEFINED CMAKE_INSTALL_LIBDIR)
@@ -48,6 +48,6 @@ install(FILES apps/veld/veld.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONEN
 install(FILES apps/veld/veld.bash-completion
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME veld COMPONENT tool)
 
-# ---- whose facts the tree holds; each package has its own copy ----
+# ---- documents; each package has its own copy ----
 
 install(FILES COPYRIGHT DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/veldnls RENAME copyright COMPONENT documents)

@@ -20,6 +20,8 @@ constexpr CodesetRow codesets[] = {
 };
 
 constexpr int32_t fallbackCodePage = 1252;
+// No encoding has this number for a name.
+constexpr int32_t unknownCodePage = 0;
 
 // Compares a codeset as it stands in the environment with a normal form, without making a copy.
 bool isCodeset(std::string_view text, std::string_view normal) {
@@ -50,9 +52,10 @@ int32_t environmentCodePage() {
   const size_t dot = locale.find('.');
   if (dot == std::string_view::npos) return fallbackCodePage;
   const std::string_view codeset = locale.substr(dot + 1);
+  if (codeset.empty()) return fallbackCodePage;
   const auto* found = std::find_if(std::begin(codesets), std::end(codesets),
                                    [=](const CodesetRow& row) { return isCodeset(codeset, row.name); });
-  return found != std::end(codesets) ? found->codePage : fallbackCodePage;
+  return found != std::end(codesets) ? found->codePage : unknownCodePage;
 }
 
 }  // namespace veldnls

@@ -1,7 +1,8 @@
+# shellcheck shell=sh
 # Shell functions for the scripts at the root. Sourced, not run.
 
-# What building, testing and checking needs, by its Debian names.
-veldnls_packages="g++ cmake ninja-build libgtest-dev libicu-dev libcli11-dev nlohmann-json3-dev clang-format python3"
+# What building with all tests needs, by its Debian names.
+veldnls_packages="g++ cmake ninja-build libgtest-dev libicu-dev libcli11-dev nlohmann-json3-dev python3"
 
 package_installed() {
   case "$(dpkg-query -W -f='${Status}' "$1" 2>/dev/null)" in
@@ -10,7 +11,8 @@ package_installed() {
   esac
 }
 
-# Installs what is missing of veldnls_packages. Returns 1, after a sentence on standard error, when it may not.
+# Installs what is missing of veldnls_packages. Returns 1, after a sentence on standard error, when it may not. On a
+# system without apt it names them all there and returns 0, since it can't tell what is missing.
 install_missing_packages() {
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     echo "This system has no apt; make sure that it has: $veldnls_packages" >&2

@@ -17,18 +17,24 @@ bool hasAvx2() {
          __builtin_cpu_supports("popcnt");
 }
 
+#ifndef VELDNLS_NO_AVX512
 bool hasAvx512() {
   return hasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
          __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
          __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2") &&
          __builtin_cpu_supports("avx512vpopcntdq");
 }
+#endif
 
 const Kernels* available(KernelTier tier) {
   __builtin_cpu_init();  // a constructor of the host may come here before that of the compiler's run time
   switch (tier) {
     case KernelTier::avx512:
+#ifdef VELDNLS_NO_AVX512
+      return nullptr;
+#else
       return hasAvx512() ? &avx512Kernels : nullptr;
+#endif
     case KernelTier::avx2:
       return hasAvx2() ? &avx2Kernels : nullptr;
     case KernelTier::scalar:

@@ -8,7 +8,9 @@ namespace veldnls {
 extern const Kernels scalarKernels;
 #ifndef VELDNLS_SCALAR_ONLY
 extern const Kernels avx2Kernels;
+#ifndef VELDNLS_NO_AVX512
 extern const Kernels avx512Kernels;
+#endif
 #endif
 
 }  // namespace veldnls

@@ -193,9 +193,9 @@ typedef struct LocaleNameRow {
 } LocaleNameRow;
 
 /* Finds an encoding by name, without regard to case (lookups fold with the library's own case table).
- *   name, nameLength  the name in 16-bit units; 1 to 40 units, any other length fails
+ *   name, nameLength  the name in 16-bit units; 1 to 40 units. Any other length fails, and `name` may be null then
  *   kind              NLS_LOOKUP_...: any name through the index, or one column, first row wins
- *   cei               the answer. Untouched on failure, but set to 0 for an unknown name of kind 0
+ *   cei               the answer, not null. Untouched on failure, but set to 0 for an unknown name of kind 0
  * Returns 0 or nlsUnknownEncoding. Any thread. */
 typedef NlsStatus (*NlsLookupEncoding)(QZNLS* nls, const char16_t* name, int32_t nameLength, int32_t kind, CEI* cei);
 
@@ -231,11 +231,11 @@ typedef NlsStatus (*NlsEncodingFromMibEnum)(int32_t mib, CEI* cei);
  *   type      1 to 23, or 24 to 27; below 1 means the session encoding, read from a host option
  * Types 19 (as 25), 20 and 24 to 27 are the same in every language. A type without an encoding in the language answers
  * itself. Other answers of 0 are for a language or type outside the tables, and for no language at all, in which types
- * 5, 6, 8 and 18 still have an answer. */
+ * 5, 6, 8 and 18 still have an answer. Any thread. */
 typedef CEI (*NlsResolveDbcsEncoding)(QZNLS* nls, int32_t language, int32_t type);
 
 /* The reverse of the above: writes both outputs, 0 where nothing is known. Returns 0, or 1 for a CEI outside the
- * table. A CEI of 0 reads the session encoding from a host option. */
+ * table. A CEI of 0 reads the session encoding from a host option. Any thread. */
 typedef NlsStatus (*NlsDescribeDbcsEncoding)(QZNLS* nls, CEI cei, int32_t* language, int32_t* type);
 
 /* Copies the record of a character to `*out` and returns 0. Takes no object. Only the low 16 bits of `code` count;
@@ -265,7 +265,7 @@ typedef NlsStatus (*NlsGetEncodingLocales)(CEI cei, const LocaleEncodings** row)
 
 /* Finds the best matching locale for a name: POSIX ("en_US", "en-US", anything behind is ignored), language code
  * ("de"), "WLCID:1033", "QUOID:51", and in the wide mode "German_Germany" and "German".
- *   name, length  16-bit units
+ *   name, length  16-bit units; null or below 2 units is an unknown name
  *   row           receives the row; left as it was where the mode delivers none, so look at the status first
  * Returns 0 exact; nlsLocaleApproximated a locale of the language; nlsLocaleLanguageOnly a known language without
  * data, with the default row; nlsLocaleInvalid unknown; nlsBadLookupKind the mode is none of the three. Any thread. */

@@ -22,13 +22,26 @@ extern "C" {
 #define NLS_OPTION_INTEGER 3 /* a 4-byte integer */
 #define NLS_OPTION_TEXT 4    /* wide text; sizes are in bytes */
 
+/* Makes a list or a lock. The result begins with NLS_HANDLE_FIELDS; its `destroy` ends it, and the library calls that
+ * once. Null in place of a list of the object ends the process; in place of a handle of a locale, no locale is made.
+ * Nothing is ever put into the object's lists, "... instances".
+ *   host     null
+ *   params   six words, to be read until the call returns: zeros for a lock; for a list 1, 0, 1, then 0x20000000, or
+ *            0xA0000000 for "Pipeline instances", and two zeros
+ *   journal  null
+ *   name     constant text */
 typedef void* (*NlsServiceCreate)(void* host, const int32_t* params, void* journal, const char* name);
+/* Sets an option of a list: option 0 of a locale's list of message modules to 1, once, behind `listCreate`. The result
+ * isn't looked at. */
 typedef NlsStatus (*NlsServiceTreeSetOption)(void* tree, int32_t option, int32_t value);
+/* Takes a lock; `exclusive` and `wait` are 1. Returns 0 when the thread holds it; another status goes to the caller of
+ * the slot, and the lock isn't released then. No thread takes a lock that it holds. */
 typedef NlsStatus (*NlsServiceLockAcquire)(void* lock, int32_t exclusive, int32_t wait);
+/* Releases it, in the thread that took it. The result isn't looked at. */
 typedef NlsStatus (*NlsServiceLockRelease)(void* lock);
 
-/* Searches a keyed list: the value under the key, or null. Keys are bytes. It is called without a lock too, also while
- * another thread inserts into the same list, which has to bear that. */
+/* Searches a keyed list: the value under the key, or null. Keys are `keyLength` bytes. It is called without a lock too,
+ * also while another thread inserts into the same list, which has to bear that. */
 typedef void* (*NlsServiceTreeSearch)(void* tree, void* zero1, void* zero2, const void* key, int32_t keyLength);
 /* Lists a value under a copy of a key that isn't there yet. Returns 0 when the list has taken the value. It is the
  * list's from then on, which ends it through its `destroy` when the list itself is destroyed. After another status the
@@ -36,17 +49,23 @@ typedef void* (*NlsServiceTreeSearch)(void* tree, void* zero1, void* zero2, cons
 typedef NlsStatus (*NlsServiceTreeInsert)(void* tree, void* zero1, void* zero2, void* value, int32_t zero3,
                                           const void* key, int32_t keyLength, int32_t zero4);
 
-/* `*size` is the buffer's size in bytes on entry and the value's on return. Returns 0 when the option has a value. */
+/* Reads an option by its name, `nameLength` units long. `*size` is the buffer's size in bytes on entry and the value's
+ * on return. Returns 0 when the option has a value; any other status counts as none. Asked anew whenever it is needed.
+ * The options are QZNLS.XPA_SESSION_CEI, an integer, and QZNLS.DBCSLANG, a text, of which 256 bytes have room. `host`
+ * is null. */
 typedef NlsStatus (*NlsServiceGetOption)(void* host, const char16_t* name, int32_t nameLength, int32_t type,
                                          void* buffer, int32_t* size);
+/* Asks a message module, which `loadExtension` made, for its text; without a lock. `code` is 0, `data` and `size` are
+ * what getLocaleMessage was given: a buffer, and its capacity. Returns 0, or the status that the slot returns. */
 typedef NlsStatus (*NlsServiceOpenMessageBundle)(void* bundle, int32_t code, void* data, int32_t size);
 
 /* Makes an extension, or returns null when there is none of that name. It begins with NLS_EXTENSION_FIELDS and has a
  * `release`, which gives back all that is the extension's; the library sets `destroy` to a function of its own, which
- * calls `release` and returns its status. Each call gives a handle of its own, since each is ended once: by the
- * library, or by the list that has taken it. */
+ * calls `release` and returns its status. `host` and `journal` are null. Each call gives a handle of its own, since
+ * each is ended once: by the library, or by the list that has taken it. */
 typedef void* (*NlsServiceLoadExtension)(void* host, const char16_t* name, int32_t nameLength, void* journal);
 
+/* Both are asked once for each object, by the export. */
 typedef int32_t (*NlsServiceHostCodePage)(void);
 typedef uint32_t (*NlsServiceHostLocaleId)(void);
 
@@ -166,15 +185,16 @@ typedef struct VeldThreadMemory {
 /* ---- Support records, the elements of the export's input vector ---- */
 
 /* Element 0. With a context the record is read whenever a member is needed. Without one the library makes a context of
- * its own, once per module, which ends when the module unloads and never stands in the record; the other members then
- * count as they are at the call of the export. */
+ * its own, once per module, which never stands in the record and ends when the module unloads, unless an object is
+ * alive then; the other members then count as they are at the call of the export. */
 typedef struct VeldMemoryRecord {
   XmContext* context;
   const NlsHostServices* services; /* null: the defaults */
   /* Asked by every call that takes memory of a pool, with its size in bytes; 0 makes the call fail as if memory were
    * exhausted. Null means yes. Any thread. */
   NlsBool8 (*allowAllocation)(uint32_t size);
-  /* Reads an integer option of the host by its narrow name; 0 when it has a value. Null: there is no option table. */
+  /* Reads an integer option of the host by its narrow name; 0 when it has a value. Null: there is no option table. It
+   * mustn't take high memory from this library. */
   int32_t (*readOption)(const char* name, int32_t* value);
   uint64_t reserved[4];
 } VeldMemoryRecord;
@@ -199,8 +219,8 @@ typedef struct MessageCatalogue MessageCatalogue;
 /* Element 4. */
 typedef struct VeldFileRecord {
   WinIoWrap* files;
-  MessageCatalogue* catalogue;
-  char programName[68]; /* in trace lines, at most 64 characters; empty: "VELD" */
+  MessageCatalogue* catalogue; /* null: no call works on it yet */
+  char programName[68];        /* in trace lines, at most 64 characters; empty: "VELD" */
   uint64_t reserved[4];
 } VeldFileRecord;
 

@@ -41,7 +41,7 @@ typedef struct TranscodeProgress {
 } TranscodeProgress;
 
 /* Run function without progress. Converts as much as fits and never writes part of a character, unless the pair copies
- * bytes as they are.
+ * bytes as they are; a check or a change of byte order of UTF-16, which goes by units, can end inside a surrogate pair.
  *   input, inputLength    may overlap the output; a null input is allowed with length 0
  *   output, outputSize    nothing is written past outputSize
  *   outputLength          bytes written; may be null
@@ -169,9 +169,12 @@ typedef TranscodingPipeline* (*NlsCreatePipeline)(QZNLS* nls, CEI source, CEI ta
 typedef TranscodingPipeline* (*NlsCreateUtf16Pipeline)(QZNLS* nls, CEI cei, const TranscodeOptions* options,
                                                        void* journal);
 
-/* Writes to `*size` an output size, in bytes, that usually suffices. It is no bound from single-byte to multi-byte
- * encodings, where a target has shift sequences, for encoding 204, and for resumable runs between equal encodings,
- * which may replace a byte by a longer character. `input` isn't read. Returns 0. */
+/* Writes to `*size` an output size, in bytes, that usually suffices; the largest number where it would be more. It is
+ * no bound from single-byte to multi-byte encodings; where a target has shift sequences; to utf-e, where a byte can
+ * become four, U+FFFD among them; to gb18030 with its module loaded, where a byte can become four; for encoding 204;
+ * and for resumable runs between equal encodings, which may replace a byte by a longer character. Bytes that a
+ * resumable run holds from the call before count as input: add `heldCount` to `inputLength`. A CEI outside the table
+ * counts as single-byte. `input` isn't read. Returns 0. Any thread. */
 typedef NlsStatus (*NlsEstimateOutputLength)(QZNLS* nls, CEI source, const void* input, uint32_t inputLength,
                                              CEI target, uint32_t* size);
 

@@ -1,4 +1,7 @@
-/* Collators and their persistent key headers. */
+/* Collators and their persistent key headers.
+ *
+ * No collator is built in: no slot here makes one, and no header is valid. Any thread.
+ */
 #ifndef VELDNLS_QZCOLLATE_H
 #define VELDNLS_QZCOLLATE_H
 
@@ -14,24 +17,27 @@ extern "C" {
 typedef struct QZNLSCollate QZNLSCollate;
 typedef struct CollatorRequest CollatorRequest;
 
-/* Makes a collator for a request. `*collator` is null on failure. `header359` (359 bytes) and `status` may be null. */
+/* Makes a collator for a request. `*collator` becomes null and `*status` the result; each of the two may be null.
+ * Nothing else is read or written. Returns nlsCollatorLocaleInvalid. */
 typedef NlsStatus (*NlsCreateCollator)(QZNLS* nls, const CollatorRequest* request, void* journal,
                                        QZNLSCollate** collator, uint8_t* header359, NlsStatus* status);
 
-/* Reads a stored header. Every output may be null; `table256` is a buffer of 256 bytes. A failed read still fills what
- * it could. */
+/* Reads a stored header. Every output may be null; `table256` is a buffer of 256 bytes. Nothing is read or written.
+ * Returns nlsCollationKeyCorrupt. */
 typedef NlsStatus (*NlsReadKeyHeader)(QZNLS* nls, const uint8_t* header, NlsText60* locale, NlsText60* kind,
                                       uint32_t* flags, uint8_t* table256, int32_t* keyCei, uint16_t* keyVersion,
                                       void* reserved, uint32_t* info);
 
-/* Makes the collator that a stored header describes. `*collator` is null on failure. */
+/* Makes the collator that a stored header describes. `*collator` becomes null and `*status` the result; each of the two
+ * may be null. The header isn't read. Returns nlsCollatorLocaleInvalid. */
 typedef NlsStatus (*NlsCreateCollatorFromHeader)(QZNLS* nls, const uint8_t* header, void* journal,
                                                  QZNLSCollate** collator, NlsStatus* status);
 
-/* 0 when two headers describe the same sort order. */
+/* Tells whether two headers describe the same sort order. Neither is read. Returns nlsCollationKeyCorrupt. */
 typedef NlsStatus (*NlsCompareKeyHeaders)(void* reserved, const uint8_t* a, const uint8_t* b);
 
-/* Writes the header that a collator for this request would have. */
+/* Makes the header that a collator for a request would have. Nothing is read or written. Returns
+ * nlsCollatorLocaleInvalid. */
 typedef NlsStatus (*NlsMakeKeyHeader)(QZNLS* nls, const CollatorRequest* request, uint8_t* header359);
 
 #ifdef __cplusplus

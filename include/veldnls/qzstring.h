@@ -11,7 +11,8 @@ extern "C" {
 typedef struct QZNLSSM QZNLSSM;
 typedef struct SMString SMString;
 
-/* Makes a string manipulator for an encoding; `options` must be null. `*manipulator` is null on failure. */
+/* Makes a string manipulator for an encoding. None is built in: `*manipulator` becomes null, whatever the encoding; it
+ * may be null itself. `options` isn't looked at. Returns nlsUnknownEncoding. Any thread. */
 typedef NlsStatus (*NlsCreateStringManipulator)(QZNLS* nls, CEI cei, void* options, QZNLSSM** manipulator);
 
 #ifdef __cplusplus

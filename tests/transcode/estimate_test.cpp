@@ -5,6 +5,9 @@ namespace transcode_test {
 
 namespace {
 
+// Room for whatever the texts of this file become.
+constexpr size_t enough = 16;
+
 uint32_t estimate(CEI source, uint32_t length, CEI target) {
   uint32_t size = 0xDEADBEEF;
   EXPECT_EQ(nls()->estimateOutputLength(nls(), source, nullptr, length, target, &size), 0u);
@@ -52,6 +55,41 @@ TEST(Estimate, Saturates) {
   EXPECT_EQ(estimate(U_WLATIN1_CE, 0x55555554, U_UTF8_CE), 0xFFFFFFFCu);
   EXPECT_EQ(estimate(U_WLATIN1_CE, 0x40000000, U_L_UCS4_CE), 0xFFFFFFFFu);
   EXPECT_EQ(estimate(U_L_UNICODE_CE, 0xFFFFFFFF, U_WLATIN1_CE), 0x7FFFFFFFu);
+}
+
+TEST(Estimate, IsTooSmallForUtfEbcdic) {
+  struct Text {
+    CEI source;
+    uint8_t byte;
+  };
+  // Three that become U+FFFD, and U+FF71.
+  constexpr Text texts[] = {{U_WLATIN1_CE, 0x81}, {U_ARABIC_CE, 0xA1}, {U_UTF8_CE, 0x80}, {U_SHIFTJIS_CE, 0xB1}};
+  for (const auto& [source, byte] : texts) {
+    const Pipeline pipeline(source, U_UTFE_CE);
+    EXPECT_EQ(estimate(source, 1, U_UTFE_CE), 3u);
+    EXPECT_EQ(plain(pipeline, {&byte, 1}, enough).bytes.size(), 4u) << source;
+    EXPECT_EQ(plain(pipeline, {&byte, 1}, 3).bytes.size(), 0u) << source;
+  }
+}
+
+TEST(Estimate, IsTooSmallForGb18030WithItsModule) {
+  const Pipeline loading(U_GB18030_CE, U_L_UNICODE_CE);
+  const Pipeline pipeline(U_SHIFTJIS_CE, U_GB18030_CE);
+  EXPECT_EQ(estimate(U_SHIFTJIS_CE, 1, U_GB18030_CE), 2u);
+  EXPECT_EQ(plain(pipeline, hex("B1"), 2), (Outcome{.status = nlsOutputTruncated}));
+  EXPECT_EQ(plain(pipeline, hex("B1"), enough), (Outcome{.bytes = hex("84 31 97 33")}));
+}
+
+// What a call finds held becomes output of that call.
+TEST(Estimate, HeldBytesCountAsInput) {
+  const Pipeline pipeline(U_UTF8_CE, U_L_UNICODE_CE);
+  TranscodeProgress progress{};
+  ASSERT_EQ(resume(pipeline, hex("F0 9F 98"), enough, progress).status, nlsIncompleteInput);
+  ASSERT_EQ(progress.heldCount, 3u);
+  const Bytes wanted = hex("FD FF 41 00");
+  EXPECT_EQ(resume(pipeline, hex("41"), enough, progress).bytes, wanted);
+  EXPECT_LT(estimate(U_UTF8_CE, 1, U_L_UNICODE_CE), wanted.size());
+  EXPECT_GE(estimate(U_UTF8_CE, 1 + 3, U_L_UNICODE_CE), wanted.size());
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "support/conversion.h"
 #include "support/guard.h"
 #include "support/host.h"
 #include "veldnls/cei.h"
@@ -30,20 +31,9 @@ const EncodingDescriptor& row(CEI cei);
 inline constexpr TranscodeOptions dropBlanks{{NLS_ALLOW_BLANK_TRUNCATION, 0, 0, 0}};
 
 // A pipeline of the shared object. Null if the pair is refused.
-class Pipeline {
- public:
+struct Pipeline : test::Pipeline {
   Pipeline(CEI source, CEI target, const TranscodeOptions* options = nullptr)
-      : pipeline_(nls()->createPipeline(nls(), source, target, options, nullptr)) {}
-  ~Pipeline() {
-    if (pipeline_ != nullptr) pipeline_->destroy(pipeline_);
-  }
-  Pipeline(const Pipeline&) = delete;
-  Pipeline& operator=(const Pipeline&) = delete;
-  TranscodingPipeline* operator->() const { return pipeline_; }
-  operator TranscodingPipeline*() const { return pipeline_; }
-
- private:
-  TranscodingPipeline* pipeline_;
+      : test::Pipeline(nls(), source, target, options) {}
 };
 
 struct Outcome {

@@ -15,6 +15,8 @@ def check(files):
         root = pathlib.Path(folder)
         (root / "tools/gen").mkdir(parents=True)
         (root / "data").mkdir()
+        (root / "docs").mkdir()
+        (root / "docs/quirks.md").touch()
         for name, text in files.items():
             path = root / name
             path.parent.mkdir(parents=True, exist_ok=True)
@@ -36,6 +38,20 @@ class CheckTree(unittest.TestCase):
     def test_this_tree(self):
         done = subprocess.run([sys.executable, TOOL], capture_output=True, text=True, check=False)
         self.assertEqual((done.returncode, done.stdout), (0, ""))
+
+    def test_what_is_no_tree(self):
+        for path in ("data", "tools/gen", "docs/quirks.md"):
+            with self.subTest(path), tempfile.TemporaryDirectory() as folder:
+                for other in {"data", "tools/gen", "docs/quirks.md"} - {path}:
+                    (pathlib.Path(folder) / other).mkdir(parents=True)
+                self.refuses([folder], f"{folder} has no {path};")
+        self.refuses(["/nonexistent"], "/nonexistent has no tools/gen, data, docs/quirks.md;")
+        self.refuses([".", "."], "usage: tools/check_tree [ROOT]")
+
+    def refuses(self, arguments, sentence):
+        done = subprocess.run([sys.executable, TOOL, *arguments], capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertIn(sentence, done.stderr)
 
     def test_allowed_includes(self):
         self.clean(

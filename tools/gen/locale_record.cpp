@@ -1,6 +1,4 @@
 // What follows from the facts of a row: the fields of the record.
-#include <algorithm>
-
 #include "locale_data.h"
 
 namespace gen {

@@ -1,7 +1,6 @@
 // Makes the maps of valid bytes, by which encoded text is tested: one for each single-byte page and each named set of
 // bytes, to which a host row with shifts adds what conversion writes. Maps of one content are one array.
 #include <algorithm>
-#include <array>
 #include <map>
 #include <set>
 

@@ -143,7 +143,7 @@ def converter_names(encoding):
             yield candidate
 
 
-def check_coverage(data, names, icu):
+def check_coverage(data, icu):
     """A page stands on a first list where it covers the alphabet and the family serves the language."""
     path = os.path.join(data, "encodings", "rows.tsv")
     repertoires = {}
@@ -179,7 +179,7 @@ def main():
     check_lcids(names, icu)
     check_names(names, icu)
     check_codes(rows(os.path.join(arguments.data, "locale", "language_codes.tsv")), arguments.iso_codes)
-    check_coverage(arguments.data, names, icu)
+    check_coverage(arguments.data, icu)
 
 
 if __name__ == "__main__":

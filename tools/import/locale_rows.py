@@ -18,8 +18,12 @@ import json
 import lzma
 import pathlib
 import re
+import sys
 import tarfile
 import unicodedata
+
+sys.dont_write_bytecode = True
+from common import run, stop  # noqa: E402
 
 PACKAGES = {
     "core": "cldr-core-27.0.3.tgz",
@@ -68,14 +72,17 @@ class Sources:
 
     def debian_data(self, folder):
         """The member data.tar.xz of the package, which is an `ar` archive."""
-        archive = self.read(next(iter(sorted(folder.glob(GLIBC_PACKAGE)))))
+        found = sorted(folder.glob(GLIBC_PACKAGE))
+        if not found:
+            stop(f"{folder} has no {GLIBC_PACKAGE}")
+        archive = self.read(found[0])
         archive.seek(8)
         while header := archive.read(60):
             size = int(header[48:58])
             content = archive.read(size + size % 2)[:size]
             if header.startswith(b"data.tar.xz"):
                 return io.BytesIO(lzma.decompress(content))
-        raise SystemExit("the package of glibc's locales has no data.tar.xz")
+        stop(f"{found[0].name} has no data.tar.xz")
 
     def json(self, package, path):
         if (package, path) not in self.cache:
@@ -322,4 +329,4 @@ def main():
 
 
 if __name__ == "__main__":
-    main()
+    run(main)

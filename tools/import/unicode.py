@@ -11,6 +11,10 @@ import argparse
 import hashlib
 import itertools
 import pathlib
+import sys
+
+sys.dont_write_bytecode = True
+from common import run  # noqa: E402
 
 PUBLIC = "https://www.unicode.org/Public/"
 PUBLIC_NAMES = {
@@ -160,4 +164,4 @@ def main():
 
 
 if __name__ == "__main__":
-    main()
+    run(main)

@@ -1,7 +1,7 @@
 /* Message catalogues.
  *
- * The tables that message look-ups share in a process hang at VeldFileRecord.catalogue, of the incomplete type
- * MessageCatalogue. No call works on them yet; the pointer is the host's to keep null.
+ * There is no call yet. VeldFileRecord.catalogue, of the incomplete type MessageCatalogue, is where the tables that
+ * look-ups share in a process are to hang; the host keeps it null.
  */
 #ifndef VELDNLS_HOSTLIB_MSG_H
 #define VELDNLS_HOSTLIB_MSG_H
