@@ -16,6 +16,11 @@ const VeldInputVector* hostRecords();
 // Returns false when that fails.
 bool storeHostRecords(const VeldInputVector& records);
 
+// Tell that a call of the export, or an object, begins and ends: in between the module's own memory context stays, even
+// if the module is unloaded or the process exits meanwhile.
+void holdRecords();
+void leaveRecords();
+
 // ---- Pools ----
 
 // Bit 31 of nlsPoolCreate's params[0] and of nlsPoolAlloc's flags: memory is zero-filled.

@@ -18,8 +18,8 @@ NlsStatus discoverHostCodePage(QZNLS* nls, char16_t* buffer, int32_t* length);
 // Sets hostLocaleName, its length and hostLocaleStatus. Returns 0 or nlsLocaleNotFound.
 NlsStatus discoverHostLocale(QZNLS* nls);
 
-// Code page number and locale identifier of the process environment (LC_ALL, LC_CTYPE, LC_MESSAGES, LANG). The number is
-// 1252 where no codeset is named, and 0, the name of no encoding, for a codeset that no encoding serves.
+// Code page number and locale identifier of the process environment (LC_ALL, LC_CTYPE, LC_MESSAGES, LANG). The number
+// is 1252 where no codeset is named, and 0, the name of no encoding, for a codeset that no encoding serves.
 int32_t environmentCodePage();
 uint32_t environmentLocaleId();
 

@@ -156,6 +156,7 @@ QZNLS* createNls(void* host, void* journal) {
   }
   discoverOsCei(nls, journal);
   nls->destroy = destroyNls;
+  holdRecords();
   discoverLocale(nls);
   discoverHostCei(nls);
   return nls;
@@ -173,6 +174,7 @@ NlsStatus releaseNls(void* handle) {
   if (nls->localeDatabase != nullptr) nls->localeDatabase->destroy(nls->localeDatabase);
   // The object lies in its own pool.
   if (XmPool* pool = nls->pool; pool != nullptr) nlsPoolDestroy(pool);
+  leaveRecords();
   return 0;
 }
 

@@ -12,6 +12,14 @@ constexpr int noObjectLine = 103;
 
 constexpr int32_t elementCount = 5;
 
+class RecordsInUse {
+ public:
+  RecordsInUse() { veldnls::holdRecords(); }
+  ~RecordsInUse() { veldnls::leaveRecords(); }
+  RecordsInUse(const RecordsInUse&) = delete;
+  RecordsInUse& operator=(const RecordsInUse&) = delete;
+};
+
 uint32_t reportFailure(int line) {
   hsTrace(veldnls::hostRecords(), "NLSASSERT failed: %s line=%d\n", unit, line);
   return nlsInitFailed;
@@ -20,6 +28,7 @@ uint32_t reportFailure(int line) {
 }  // namespace
 
 extern "C" uint32_t VELDNLSLIB(int32_t count, void** inputVector, void** outHandle) {
+  const RecordsInUse inUse;
   if (count < elementCount) return reportFailure(tooFewElementsLine);
   const VeldInputVector records = {
       .memory = static_cast<VeldMemoryRecord*>(inputVector[0]),

@@ -24,18 +24,30 @@ static_assert(std::has_unique_object_representations_v<Brought>, "compared byte 
 struct StoredRecords {
   Brought brought;
   VeldInputVector used;
+  const StoredRecords* older;
 };
 
 StoredRecords firstPlace;
 std::atomic<const StoredRecords*> current{nullptr};
 std::mutex storing;
+const StoredRecords* newest = nullptr;  // guarded by `storing`
+
+std::atomic<uint32_t> uses{0};
 
 // Where the module's own context stands, once there is one.
 VeldMemoryRecord ownMemory;
 VeldInputVector ownVector = {&ownMemory, nullptr, nullptr, nullptr, nullptr};
 
+// The module may end because the process does, with other threads at work: what they may be using is the system's to
+// take. A call of the export that comes later still begins anew. While `storing` is held the export is in use, so that
+// a host's function may end the process from within.
 [[gnu::destructor]] void endOwnContext() {
-  if (ownMemory.context == nullptr) return;
+  if (uses.load() != 0) return;
+  const std::lock_guard<std::mutex> lock(storing);
+  if (uses.load() != 0 || ownMemory.context == nullptr) return;
+  current.store(nullptr);
+  newest = nullptr;
+  firstPlace = {};
   hsmemterm(&ownVector, ownMemory.context);
   xmterm(&ownVector, ownMemory.context);
 }
@@ -46,10 +58,17 @@ bool hasContext(const VeldInputVector& records) {
 
 // The first call takes the constant place, each later one that brings something else a place of the module's context.
 StoredRecords* freshPlace() {
-  if (current.load(std::memory_order_relaxed) == nullptr) return &firstPlace;
+  if (newest == nullptr) return &firstPlace;
   if (xminit(&ownVector) == nullptr) return nullptr;
   return static_cast<StoredRecords*>(
       xmalloc(&ownVector, ownMemory.context->defaultPool, sizeof(StoredRecords), XM_ZERO | XM_LENGTH_HEADER));
+}
+
+// The place that holds the same already, or null. Hosts that take turns thus need no more places than there are hosts.
+const StoredRecords* placeOf(const Brought& brought) {
+  const StoredRecords* place = newest;
+  while (place != nullptr && std::memcmp(&place->brought, &brought, sizeof brought) != 0) place = place->older;
+  return place;
 }
 
 }  // namespace
@@ -69,17 +88,24 @@ bool storeHostRecords(const VeldInputVector& records) {
     if (records.memory != nullptr) brought.memory = *records.memory;
     brought.memory.context = ownMemory.context;
   }
-  const StoredRecords* stored = current.load(std::memory_order_relaxed);
-  if (stored != nullptr && std::memcmp(&stored->brought, &brought, sizeof brought) == 0) return true;
-
+  if (const StoredRecords* known = placeOf(brought); known != nullptr) {
+    current.store(known, std::memory_order_release);
+    return true;
+  }
   StoredRecords* place = freshPlace();
   if (place == nullptr) return false;
   place->brought = brought;
   place->used = records;
   if (records.threadBlock != nullptr) place->used.threadBlock = &place->brought.threadBlock;
   if (!hasContext(records)) place->used.memory = &place->brought.memory;
+  place->older = newest;
+  newest = place;
   current.store(place, std::memory_order_release);
   return true;
 }
+
+void holdRecords() { ++uses; }
+
+void leaveRecords() { --uses; }
 
 }  // namespace veldnls

@@ -52,7 +52,8 @@ void setBits(uint64_t* map, size_t from, size_t to, bool value) {
 size_t findRun(XmRange* range, size_t count) {
   if (range->freeGranules < count) return range->granules;
   const uint64_t* map = mapOf(range);
-  size_t from = nextBit(map, 0, range->granules, false);
+  range->firstFree = nextBit(map, range->firstFree, range->granules, false);
+  size_t from = range->firstFree;
   while (range->granules - from >= count) {
     const size_t taken = nextBit(map, from, from + count, true);
     if (taken == from + count) return from;
@@ -167,6 +168,7 @@ bool giveToRanges(XmRange** ranges, uint8_t* address, uint32_t size) {
     return false;
   }
   setBits(mapOf(range), first, first + count, false);
+  range->firstFree = std::min(range->firstFree, first);
   range->freeGranules += count;
   range->idle += count * XM_GRANULE;
   closeMemory(address, count * XM_GRANULE);

@@ -17,6 +17,7 @@ struct XmRange {
   uint8_t* committed;  // no access from here on
   size_t granules;
   size_t freeGranules;
+  size_t firstFree;   // none below this one is free
   size_t mappedSize;  // bytes of the whole range, this record included
   size_t idle;        // at most so many bytes below `fresh` were given back and still hold pages of the system
 };

@@ -17,9 +17,6 @@ constexpr char overlapMessage[] = "xmfree() ERROR: free chain overlap detected!"
 // A walk along the chain that takes more steps than this shows that an index would pay.
 constexpr int longWalk = 8;
 
-// Of so many chunks a directory would pay.
-constexpr int manyChunks = 16;
-
 // Where the chain of a chunk serves a size.
 struct Fit {
   ChainStep step;  // the first block that is large enough; else the last block, if any

@@ -1,4 +1,5 @@
 // Fixed cells. A free cell links the next one in its second word.
+#include "hs/src/chunk_directory.h"
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 
@@ -23,15 +24,33 @@ bool isCell(const XmPool* pool, const XmChunk* chunk, const uint8_t* address) {
   return offset % pool->cellSize == 0 && step - offset >= pool->cellSize;
 }
 
+Taken takeFromChunk(const XmPool* pool, XmChunk* chunk) {
+  if (uint8_t* cell = chunk->freeChain; cell != nullptr) {
+    chunk->freeChain = readClosed<uint8_t*>(linkOf(cell));
+    return {cell, false};
+  }
+  return roomOf(chunk) >= pool->cellSize ? takeFreshCell(chunk, pool->cellSize) : Taken{nullptr, false};
+}
+
+Taken takeByDirectory(const XmPool* pool, ChunkDirectory* directory) {
+  for (;;) {
+    const ChunkPlace candidate = firstCandidate(directory, pool->cellSize);
+    if (candidate.chunk == nullptr) return {nullptr, false};
+    const Taken cell = takeFromChunk(pool, candidate.chunk);
+    if (cell.at != nullptr) return cell;
+    lowerBound(directory, candidate, 0);
+  }
+}
+
 }  // namespace
 
 Taken takeExistingCell(XmPool* pool) {
+  if (ChunkDirectory* directory = directoryOf(pool); directory != nullptr) return takeByDirectory(pool, directory);
+  int passed = 0;
   for (XmChunk* chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
-    if (uint8_t* cell = chunk->freeChain; cell != nullptr) {
-      chunk->freeChain = readClosed<uint8_t*>(linkOf(cell));
-      return {cell, false};
-    }
-    if (roomOf(chunk) >= pool->cellSize) return takeFreshCell(chunk, pool->cellSize);
+    const Taken cell = takeFromChunk(pool, chunk);
+    if (cell.at != nullptr) return cell;
+    if (++passed == manyChunks) addDirectory(pool);
   }
   return {nullptr, false};
 }
@@ -49,6 +68,7 @@ void giveCell(XmPool* pool, uint8_t* cell) {
   closeMemory(cell, pool->cellSize);
   writeClosed(linkOf(cell), chunk->freeChain);
   chunk->freeChain = cell;
+  if (ChunkDirectory* directory = directoryOf(pool); directory != nullptr) raiseBound(directory, chunk, pool->cellSize);
 }
 
 }  // namespace veldnls::hs

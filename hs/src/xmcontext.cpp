@@ -1,4 +1,5 @@
 // The context of all pools: its making, its end, and what a handle means in it.
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <new>
@@ -28,7 +29,6 @@ void setBuiltIn(XmContext* context, XmPool* pool, const char* eyeCatcher, int32_
   pool->extensionSize = kind == XM_KIND_CELLS ? cellPoolExtension : supervisorExtension;
   pool->creator = htThreadSelf();
   pool->context = context;
-  htMutexInit(&pool->lock, nullptr);
 }
 
 void setContext(XmContext* context) {
@@ -36,7 +36,6 @@ void setContext(XmContext* context) {
   context->granule = XM_GRANULE;
   context->limit = initialLimit;
   context->limit2 = initialLimit;
-  htMutexInit(&context->lock, nullptr);
   setBuiltIn(context, &context->poolHeaders, "POOH", XM_KIND_CELLS, sizeof(XmPool));
   setBuiltIn(context, &context->chunkDescriptors, "PUDL", XM_KIND_CELLS, sizeof(XmChunk));
   setBuiltIn(context, &context->supervisor, "SUPV", XM_KIND_VARIABLE, 0);
@@ -50,15 +49,34 @@ bool addPools(const VeldInputVector* host, XmContext* context) {
   return context->defaultPool != nullptr;
 }
 
+std::array<HtMutex*, 4> locksOf(XmContext* context) {
+  return {&context->lock, &context->poolHeaders.lock, &context->chunkDescriptors.lock, &context->supervisor.lock};
+}
+
+// All of them, or none.
+bool makeLocks(XmContext* context) {
+  const auto locks = locksOf(context);
+  for (size_t made = 0; made < locks.size(); ++made) {
+    if (htMutexInit(locks[made], nullptr) == 0) continue;
+    while (made > 0) htMutexDestroy(locks[--made]);
+    return false;
+  }
+  return true;
+}
+
 // The chunks of the built-in pools end with the ranges.
-void endContext(XmContext* context) {
-  htMutexDestroy(&context->poolHeaders.lock);
-  htMutexDestroy(&context->chunkDescriptors.lock);
-  htMutexDestroy(&context->supervisor.lock);
-  htMutexDestroy(&context->lock);
+void closeContext(XmContext* context) {
+  for (HtMutex* lock : locksOf(context)) htMutexDestroy(lock);
   endRanges(&context->ranges);
   endRanges(&blockOf(context)->indexRanges);
-  platform::releasePages(context, sizeof(ContextBlock));
+}
+
+bool openContext(const VeldInputVector* host, XmContext* context) {
+  setContext(context);
+  if (!makeLocks(context)) return false;
+  if (addPools(host, context)) return true;
+  closeContext(context);
+  return false;
 }
 
 XmPool* supervisorOf(XmContext* context) { return context != nullptr ? &context->supervisor : nullptr; }
@@ -104,10 +122,10 @@ XmContext* xminit(VeldInputVector* host) {
   if (pages == nullptr) return nullptr;
   auto* block = new (pages) ContextBlock{};
   XmContext* context = &block->context;
-  setContext(context);
   openHighMemory(host, block);
-  if (!addPools(host, context)) {
-    endContext(context);
+  if (!openContext(host, context)) {
+    htMutexDestroy(&block->highMemoryLock);
+    veldnls::platform::releasePages(block, sizeof(ContextBlock));
     return nullptr;
   }
   context->initialised = 1;
@@ -118,7 +136,8 @@ XmContext* xminit(VeldInputVector* host) {
 void xmterm(VeldInputVector* host, XmContext* context) {
   if (context == nullptr) return;
   xmdestroy(host, context->defaultPool);
-  endContext(context);
+  closeContext(context);
+  veldnls::platform::releasePages(context, sizeof(ContextBlock));
   if (host != nullptr && host->memory != nullptr && host->memory->context == context) host->memory->context = nullptr;
 }
 

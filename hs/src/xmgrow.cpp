@@ -15,10 +15,19 @@ namespace {
 
 size_t sizeOf(const XmChunk* chunk) { return static_cast<size_t>(chunk->end - chunk->start); }
 
-void appendChunk(XmPool* pool, XmChunk* chunk) {
+XmChunk** tailOf(XmPool* pool) {
+  if (const ChunkDirectory* directory = directoryOf(pool); directory != nullptr) return &lastChunk(directory)->next;
   XmChunk** tail = &pool->chunks;
   while (*tail != nullptr) tail = &(*tail)->next;
-  *tail = chunk;
+  return tail;
+}
+
+// New chunks of mark-style pools come to the head.
+void linkChunk(XmPool* pool, XmChunk* chunk) {
+  XmChunk** link = pool->kind == XM_KIND_MARK ? &pool->chunks : tailOf(pool);
+  chunk->next = *link;
+  *link = chunk;
+  noteNewChunk(pool, chunk);
 }
 
 // Gives the pool of descriptors a chunk whose own descriptor stands in its head, so that growing asks for no descriptor
@@ -36,7 +45,7 @@ uint8_t* addDescriptorChunk(const VeldInputVector* host, XmPool* pool) {
   chunk->end = memory + size;
   chunk->bump = memory + 2 * sizeof(XmChunk);
   chunk->owner = pool;
-  appendChunk(pool, chunk);
+  linkChunk(pool, chunk);
   return memory + sizeof(XmChunk);
 }
 
@@ -103,16 +112,6 @@ void extendChunk(XmChunk* chunk, uint32_t size, uint32_t zeroBit) {
     chunk->state |= XM_CHUNK_ZERO;
   }
   chunk->end += size;
-}
-
-void linkChunk(XmPool* pool, XmChunk* chunk) {
-  if (pool->kind != XM_KIND_MARK) {
-    appendChunk(pool, chunk);
-    noteNewChunk(pool, chunk);
-    return;
-  }
-  chunk->next = pool->chunks;
-  pool->chunks = chunk;
 }
 
 }  // namespace

@@ -68,11 +68,15 @@ XmPool* createPool(const VeldInputVector* host, XmContext* context, uint32_t ini
   pool->initialSize = initialSize;
   pool->extensionSize =
       extensionSize > largestStep ? largestStep : static_cast<uint32_t>(roundUp(extensionSize, XM_GRANULE));
-  if (initialSize != 0 && !addFirstChunk(host, pool)) {
+  if (htMutexInit(&pool->lock, nullptr) != 0) {
     giveHeader(context, pool);
     return nullptr;
   }
-  htMutexInit(&pool->lock, nullptr);
+  if (initialSize != 0 && !addFirstChunk(host, pool)) {
+    htMutexDestroy(&pool->lock);
+    giveHeader(context, pool);
+    return nullptr;
+  }
   pool->creator = htThreadSelf();
   linkPool(context, pool);
   return pool;

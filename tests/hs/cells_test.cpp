@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <utility>
+#include <vector>
 
 #include "hs/pools_host.h"
 
@@ -168,6 +169,48 @@ TEST_F(Cells, DescriptorsHostThemselvesWhenTheyRunOut) {
   EXPECT_TRUE(behindUsed);
   xmdestroy(&host.vector, pool);
   xmdestroy(&host.vector, other);
+}
+
+// The cell that a walk along the chunks comes upon first, or null.
+const uint8_t* firstCell(const XmPool* cells) {
+  for (const XmChunk* chunk : test::chunksOf(cells)) {
+    if (chunk->freeChain != nullptr) return chunk->freeChain;
+    if (chunk->bump != nullptr && chunk->end - chunk->bump >= static_cast<ptrdiff_t>(cells->cellSize)) {
+      return chunk->bump;
+    }
+  }
+  return nullptr;
+}
+
+TEST_F(Cells, TheFirstChunkThatHasOneServesAmongMany) {
+  std::vector<XmPool*> pools(24);
+  for (XmPool*& pool : pools) pool = xmcreate(&host.vector, 0, 1024, 0);
+  const auto takeOfEach = [&] {
+    for (XmPool* pool : pools) ASSERT_NE(xmalloc(&host.vector, pool, 1024, 0), nullptr);
+  };
+  for (int i = 0; i < 300; ++i) takeOfEach();
+  ASSERT_GT(test::chunksOf(descriptors).size(), 20u);
+  ASSERT_NE(descriptors->index, nullptr);
+  // Leaves free cells in all chunks.
+  for (XmPool*& pool : pools) {
+    if ((&pool - pools.data()) % 3 == 0) continue;
+    xmdestroy(&host.vector, pool);
+    pool = xmcreate(&host.vector, 0, 1024, 0);
+  }
+  int compared = 0;
+  for (int i = 0; i < 250; ++i) {
+    for (XmPool* pool : pools) {
+      const uint8_t* expected = firstCell(descriptors);
+      auto* block = static_cast<uint8_t*>(xmalloc(&host.vector, pool, 1024, 0));
+      const XmChunk* chunk = test::chunksOf(pool).back();
+      // Else the memory continues an older chunk, and the cell is free again.
+      if (chunk->start != block || expected == nullptr) continue;
+      ASSERT_EQ(reinterpret_cast<const uint8_t*>(chunk), expected);
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 1000);
+  for (XmPool* pool : pools) xmdestroy(&host.vector, pool);
 }
 
 // The limit forbids the chunk of descriptors, or just the chunk that the call is for.

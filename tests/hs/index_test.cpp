@@ -12,6 +12,7 @@
 #include "hs/src/poison.h"
 #include "hs/src/pool.h"
 #include "hs/src/range.h"
+#include "hs/touched_pages.h"
 #include "support/death.h"
 
 namespace {
@@ -232,5 +233,53 @@ TEST_F(Index, ManyBlocksCostAtMostThreeTimesFew) {
   }
   EXPECT_LE(least, 3);
 }
+
+struct Growing {
+  const char* name;
+  uint32_t flags;
+  uint32_t step;
+  uint32_t size;
+};
+
+void PrintTo(const Growing& growing, std::ostream* out) { *out << growing.name; }
+
+// Two pools that grow by turns, so that their chunks don't merge.
+class GrowingIndex : public Index, public testing::WithParamInterface<Growing> {
+ protected:
+  // Pages that an allocation touches by which a pool with so many blocks alive grows: the middle one of several, since
+  // now and then one builds the directory anew.
+  size_t pagesAt(size_t live) {
+    XmPool* pools[2];
+    for (XmPool*& pool : pools) pool = xmcreate(&host.vector, 0, GetParam().step, GetParam().flags);
+    for (size_t i = 0; i < live; ++i) {
+      for (XmPool* pool : pools) take(pool, GetParam().size);
+    }
+    std::vector<size_t> pages;
+    while (pages.size() < 31) {
+      for (XmPool* pool : pools) {
+        const uint32_t inUse = context->inUse;
+        const test::TouchedPages touched(context);
+        take(pool, GetParam().size);
+        if (context->inUse != inUse) pages.push_back(touched.count());
+      }
+    }
+    for (XmPool* pool : pools) xmdestroy(&host.vector, pool);
+    std::sort(pages.begin(), pages.end());
+    return pages[pages.size() / 2];
+  }
+};
+
+TEST_P(GrowingIndex, ManyChunksCostAtMostThreeTimesFew) {
+  const size_t few = pagesAt(256);
+  EXPECT_GE(few, 1u);
+  EXPECT_LE(pagesAt(8192), 3 * few);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pools, GrowingIndex,
+                         testing::Values(Growing{"two blocks a chunk", 0, 8192, 4000},
+                                         Growing{"one block a chunk", 0, 1024, 1000},
+                                         Growing{"headed blocks", XM_LENGTH_HEADER, 1024, 1000},
+                                         Growing{"mark-style, two", XM_MARK_STYLE, 8192, 4000},
+                                         Growing{"mark-style, one", XM_MARK_STYLE, 1024, 1000}));
 
 }  // namespace

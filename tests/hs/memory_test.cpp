@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -17,15 +18,25 @@
 #include "hs/src/pool.h"
 #include "support/death.h"
 
-// While set, the system makes no mutex. The program is linked so that calls of pthread_mutex_init come here.
-static bool mutexesFail = false;
+// So many mutexes more does the system make; -1: any number. And how many there are. The program is linked so that
+// calls of pthread_mutex_init and pthread_mutex_destroy come here.
+static std::atomic<int> mutexesToMake = -1;
+static std::atomic<int> mutexesAlive = 0;
 
 extern "C" {
 int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
 // Seen by shared libraries too, whose calls the linker sends here with some sanitizers.
 [[gnu::visibility("default")]] int __wrap_pthread_mutex_init(pthread_mutex_t* mutex,
                                                              const pthread_mutexattr_t* attributes) {
-  return mutexesFail ? EAGAIN : __real_pthread_mutex_init(mutex, attributes);
+  if (mutexesToMake == 0) return EAGAIN;
+  if (mutexesToMake > 0) --mutexesToMake;
+  ++mutexesAlive;
+  return __real_pthread_mutex_init(mutex, attributes);
+}
+int __real_pthread_mutex_destroy(pthread_mutex_t* mutex);
+[[gnu::visibility("default")]] int __wrap_pthread_mutex_destroy(pthread_mutex_t* mutex) {
+  --mutexesAlive;
+  return __real_pthread_mutex_destroy(mutex);
 }
 }
 
@@ -389,12 +400,48 @@ TEST_F(Memory, AMutexThatCannotBeMadeAborts) {
     VeldMemoryRecord memory{};
     VeldInputVector vector{};
     vector.memory = &memory;
-    mutexesFail = true;
+    mutexesToMake = 0;
     xminit(&vector);
   });
   EXPECT_EQ(ending.signal, SIGABRT);
   EXPECT_TRUE(holds(ending.output, " VELD- mutex_init failed: 11 file=hs/src/hsmem line=")) << ending.output;
   EXPECT_TRUE(holds(ending.output, ": \n")) << ending.output;
+}
+
+// Of the six locks of a fresh context only the first aborts.
+TEST_F(Memory, WithoutALockThereIsNoContext) {
+  for (int made = 1; made <= 6; ++made) {
+    VeldMemoryRecord memory{};
+    VeldInputVector vector{};
+    vector.memory = &memory;
+    const int alive = mutexesAlive;
+    mutexesToMake = made;
+    const XmContext* context2 = xminit(&vector);
+    mutexesToMake = -1;
+    EXPECT_EQ(context2 != nullptr, made == 6) << made;
+    EXPECT_EQ(memory.context, context2);
+    if (context2 != nullptr) {
+      hsmemterm(&vector, memory.context);
+      xmterm(&vector, memory.context);
+    }
+    EXPECT_EQ(mutexesAlive, alive) << made;
+  }
+}
+
+TEST_F(Memory, WithoutALockThereIsNoPool) {
+  const uint32_t inUse = context->inUse;
+  XmPool* const pools = context->pools;
+  mutexesToMake = 0;
+  XmPool* pool = xmcreate(&host.vector, page, page, 0);
+  mutexesToMake = -1;
+  EXPECT_EQ(pool, nullptr);
+  EXPECT_EQ(context->inUse, inUse);
+  EXPECT_EQ(context->pools, pools);
+  const int alive = mutexesAlive;
+  const test::RefuseNth refuse(host.memory, 3);
+  EXPECT_EQ(xmcreate(&host.vector, page, page, 0), nullptr);
+  EXPECT_TRUE(refuse.refused());
+  EXPECT_EQ(mutexesAlive, alive);
 }
 
 TEST_F(Memory, MutexFailuresAbort) {

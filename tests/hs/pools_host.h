@@ -6,21 +6,10 @@
 #include <vector>
 
 #include "support/host.h"
+#include "support/sanitizers.h"
 #include "veldnls/hostlib/xm.h"
 
 namespace test {
-
-#if defined(__SANITIZE_THREAD__)
-inline constexpr bool threadSanitizer = true;
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-inline constexpr bool threadSanitizer = true;
-#else
-inline constexpr bool threadSanitizer = false;
-#endif
-#else
-inline constexpr bool threadSanitizer = false;
-#endif
 
 // While one lives, the n-th question for memory, counted from 1, is refused; 0 refuses none.
 class RefuseNth {

@@ -18,6 +18,7 @@
 #include "support/death.h"
 #include "support/guard.h"
 #include "support/host.h"
+#include "support/sanitizers.h"
 #include "veldnls/cei.h"
 #include "veldnls/hostlib/xm.h"
 #include "veldnls/status.h"
@@ -170,7 +171,10 @@ TEST(Module, AContextOfTheModulesOwnEndsWithTheModule) {
     const Module module;
     void* handle = nullptr;
     if (module.entry(5, vector, &handle) != 0) std::abort();
-    // The object is forgotten: its memory goes with the context.
+    auto* nls = static_cast<QZNLS*>(handle);
+    // What the caller forgets to destroy goes with the object.
+    if (nls->createPipeline(nls, U_WLATIN1_CE, U_UTF8_CE, nullptr, nullptr) == nullptr) std::abort();
+    nls->destroy(nls);
   };
   round();
   const size_t before = mappedPages();
@@ -181,10 +185,46 @@ TEST(Module, AContextOfTheModulesOwnEndsWithTheModule) {
   EXPECT_LE(mappedPages(), before + rounds * halfAContext / 10);
 }
 
+// Converts over and over, in memory of the module's own context, until the process is gone.
+void convertForever(QZNLS* nls, std::atomic<int>& converting) {
+  ++converting;
+  TranscodingPipeline* widen = &nls->prebuiltPipelines[NLS_PREBUILT_WLATIN1_TO_UTF16];
+  for (;;) {
+    char16_t output[64];
+    uint32_t length = 0;
+    widen->transcode(widen, "hello world", 11, output, sizeof output, &length, nullptr);
+    TranscodingPipeline* pipeline = nls->createPipeline(nls, U_WLATIN1_CE, U_UTF8_CE, nullptr, nullptr);
+    if (pipeline != nullptr) pipeline->destroy(pipeline);
+  }
+}
+
+// A server's main function may return while its threads are at work.
+TEST(Module, TheProcessMayExitWhileThreadsConvert) {
+  constexpr int threads = 4;
+  // The thread sanitizer waits a second at each exit.
+  constexpr int rounds = test::threadSanitizer ? 3 : 30;
+  for (int round = 0; round < rounds; ++round) {
+    const test::Ending ending = test::runInChild([] {
+      static std::atomic<int> converting{0};
+      static const Module& module = *new Module;
+      void* vector[5] = {};
+      void* handle = nullptr;
+      if (module.entry(5, vector, &handle) != 0) std::abort();
+      for (int i = 0; i < threads; ++i) {
+        std::thread(convertForever, static_cast<QZNLS*>(handle), std::ref(converting)).detach();
+      }
+      while (converting < threads) std::this_thread::yield();
+      std::exit(EXIT_SUCCESS);
+    });
+    ASSERT_EQ(ending.signal, 0) << round;
+    ASSERT_EQ(ending.exitCode, 0) << round << ending.errors;
+  }
+}
+
 TEST(Module, WithoutMemoryForItsOwnContextTheExportFails) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "the sanitizer needs the address space that this test takes away";
-#endif
+  if (test::addressSanitizer || test::threadSanitizer) {
+    GTEST_SKIP() << "the sanitizer needs the address space that this test takes away";
+  }
   const test::Ending ending = test::runInChild([] {
     const Module module;
     const rlimit none{1 << 20, 1 << 20};

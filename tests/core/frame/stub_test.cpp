@@ -55,6 +55,28 @@ TEST_F(Stubs, EachAssertionStubEndsTheProcessWithItsLine) {
   }
 }
 
+// Hosts that call by turns need no place anew each time.
+TEST(Records, TheSameOnesAreStoredOnce) {
+  test::HostRecords hosts[3];
+  const VeldInputVector* places[3];
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(storeHostRecords(hosts[i].vector));
+    places[i] = hostRecords();
+    EXPECT_EQ(places[i]->memory, &hosts[i].memory);
+  }
+  EXPECT_NE(places[0], places[1]);
+  EXPECT_NE(places[1], places[2]);
+  for (const int i : {0, 2, 1, 0}) {
+    ASSERT_TRUE(storeHostRecords(hosts[i].vector));
+    EXPECT_EQ(hostRecords(), places[i]) << i;
+  }
+  hosts[1].threadBlock.words[0] = 1;
+  ASSERT_TRUE(storeHostRecords(hosts[1].vector));
+  EXPECT_NE(hostRecords(), places[1]);
+  EXPECT_EQ(hostRecords()->threadBlock->words[0], 1u);
+  EXPECT_EQ(places[1]->threadBlock->words[0], 0u);
+}
+
 TEST_F(Stubs, ConstantAnswers) {
   EXPECT_EQ(nlsListCreate(nullptr, nullptr, nullptr, "x"), NLS_MARKER_HANDLE);
   EXPECT_EQ(nlsLockCreate(nullptr, nullptr, nullptr, nullptr), NLS_MARKER_HANDLE);
