@@ -16,6 +16,8 @@ struct Fed {
   bool substituted = false;
   Bytes held = {};      // bytes of an incomplete character, in the record
   size_t notTaken = 0;  // bytes at the end that no call took and none holds
+  // Of the last call with input; nlsSubstituted if that is 0 and a call before told of a replacement.
+  NlsStatus status = 0;
 
   bool operator==(const Fed&) const = default;
 };

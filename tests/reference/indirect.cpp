@@ -84,8 +84,8 @@ Outcome moved(const TextForm& source, const TextForm& target, Span input, size_t
 
 Outcome expectedIndirect(const TextForm& source, const TextForm& target, Span input, size_t capacity, bool resumable,
                          bool mayDropBlanks) {
-  const bool eightBit = source.form == Form::utf8 || source.form == Form::utfEbcdic;
-  return (eightBit ? throughUtf16 : moved)(source, target, input, capacity, resumable, mayDropBlanks);
+  const auto rule = isThroughUtf16(source, target) ? throughUtf16 : moved;
+  return rule(source, target, input, capacity, resumable, mayDropBlanks);
 }
 
 }  // namespace transcode_test

@@ -135,6 +135,47 @@ TEST_P(MultiByteAtEveryRoom, FromEncodingsThatNeedNoConversion) {
   }
 }
 
+// The second call of a text in two pieces, with the record that the first has left.
+void checkSecondPiece(const CheckedRoute& route, Span text, size_t cut, size_t room, bool mayDropBlanks) {
+  const Span rest = text.subspan(cut);
+  TranscodeProgress progress{};
+  const Bytes held = resume(route.pipeline(), text.first(cut), CheckedRoute::roomFor(text), progress).held;
+  Bytes both = held;
+  both.insert(both.end(), rest.begin(), rest.end());
+  const bool doubleMode = (progress.flags & NLS_PROGRESS_DOUBLE_MODE) != 0;
+  const MultiByteOutcome ofBoth = route.expected(both, room, {true, doubleMode, mayDropBlanks, false});
+  const Outcome outcome = resume(route.pipeline(), rest, room, progress, mayDropBlanks ? &dropBlanks : nullptr);
+  ASSERT_EQ((MultiByteOutcome{outcome, (progress.flags & NLS_PROGRESS_DOUBLE_MODE) != 0}),
+            (MultiByteOutcome{toldWithHeld(ofBoth.outcome, held), ofBoth.doubleMode}))
+      << route.name() << (mayDropBlanks ? ", dropping blanks" : "") << ", room " << room << ", cut at " << cut
+      << ", holding " << test::toHex(held) << ", input " << test::toHex(text);
+}
+
+void checkEverySplit(CEI source, CEI target) {
+  constexpr size_t length = 8;
+  const CheckedRoute route(source, target);
+  Random random(static_cast<uint32_t>(source * NLS_CEI_COUNT + target));
+  for (const Bytes& text : {withBlanks(source, textIn(source, characters(random, length))), hostileText(random, length),
+                            withBlanks(source, hostileText(random, length))}) {
+    for (size_t cut = 0; cut < text.size(); ++cut) {
+      for (const size_t room : {CheckedRoute::roomFor(text), random() % (2 * text.size()), random() % 6}) {
+        ASSERT_NO_FATAL_FAILURE(checkSecondPiece(route, text, cut, room, false));
+        ASSERT_NO_FATAL_FAILURE(checkSecondPiece(route, text, cut, room, true));
+      }
+    }
+  }
+}
+
+TEST_P(MultiByteAtEveryRoom, EverySplit) {
+  for (const CEI other : others) {
+    ASSERT_NO_FATAL_FAILURE(checkEverySplit(GetParam(), other));
+    ASSERT_NO_FATAL_FAILURE(checkEverySplit(other, GetParam()));
+  }
+  for (const CEI target : {U_SHIFTJIS_CE, U_IBM939_CE, U_ISO2022KR_CE}) {
+    ASSERT_NO_FATAL_FAILURE(checkEverySplit(GetParam(), target));
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, MultiByteAtEveryRoom, testing::ValuesIn(multiByteCeis()));
 
 // A caller with room for one character, who goes on from `consumed`: every call takes something.

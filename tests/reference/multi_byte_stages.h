@@ -13,8 +13,6 @@ struct StageOutcome {
   bool doubleMode = false;  // of a multi-byte source, at the end
 };
 
-using MultiByteStage = StageOutcome (*)(const EncodingText&, const EncodingText&, Span, size_t, const RunState&);
-
 StageOutcome multiByteToUnicode(const EncodingText& source, const TextForm& target, Span input, size_t capacity,
                                 const RunState& state);
 StageOutcome unicodeToMultiByte(const TextForm& source, const EncodingText& target, Span input, size_t capacity,

@@ -49,6 +49,42 @@ TEST(RandomTexts, EveryPair) {
   }
 }
 
+// The second call of a text in two pieces, with the record that the first has left.
+void checkSecondPiece(TranscodingPipeline* pipeline, const TextForm& source, const TextForm& target, Span input,
+                      size_t cut, size_t room) {
+  for (const bool dropping : {false, true}) {
+    const Span rest = input.subspan(cut);
+    TranscodeProgress progress{};
+    const Outcome first = resume(pipeline, input.first(cut), 6 * cut + 8, progress);
+    ASSERT_EQ(resume(pipeline, rest, room, progress, dropping ? &dropBlanks : nullptr),
+              expectedWithHeld(source, target, first.held, rest, room, dropping))
+        << source.cei << " to " << target.cei << ", room " << room << (dropping ? ", dropping blanks" : "")
+        << ", cut at " << cut << ", holding " << test::toHex(first.held) << ", input " << test::toHex(input);
+  }
+}
+
+TEST(RandomTexts, EverySplitOfEveryPair) {
+  constexpr uint32_t rounds = 48;
+  constexpr size_t longest = 40;
+  for (size_t from = 0; from < std::size(kinds); ++from) {
+    for (const TextForm& target : textForms) {
+      const TextForm& source = textForms[from];
+      const Pipeline pipeline(source.cei, target.cei);
+      std::mt19937 random(static_cast<uint32_t>(source.cei * NLS_CEI_COUNT + target.cei));
+      for (uint32_t round = 0; round < rounds; ++round) {
+        const Condition condition = round % 4 < 2 ? Condition::whole : Condition::damaged;
+        const Bytes input = makeText(kinds[from], condition, round, random() % longest);
+        for (size_t cut = 0; cut <= input.size(); ++cut) {
+          const size_t full = 6 * (input.size() - cut) + 8;
+          ASSERT_NO_FATAL_FAILURE(checkSecondPiece(pipeline, source, target, input, cut, full));
+          ASSERT_NO_FATAL_FAILURE(checkSecondPiece(pipeline, source, target, input, cut, random() % full));
+          ASSERT_NO_FATAL_FAILURE(checkSecondPiece(pipeline, source, target, input, cut, random() % 6));
+        }
+      }
+    }
+  }
+}
+
 }  // namespace
 
 }  // namespace transcode_test

@@ -1,5 +1,6 @@
 #include "reference/reference.h"
 
+#include <algorithm>
 #include <array>
 
 #include "support/tsv.h"
@@ -230,6 +231,26 @@ Outcome expected(const TextForm& source, const TextForm& target, Span input, siz
                  bool mayDropBlanks) {
   const auto rule = isDirect(source, target) ? expectedDirect : expectedIndirect;
   return rule(source, target, input, capacity, resumable, mayDropBlanks);
+}
+
+// Held bytes don't count as consumed. Those that weren't read are held again, but for blanks that were dropped.
+Outcome toldWithHeld(Outcome ofBoth, Span held) {
+  const size_t taken = ofBoth.consumed;
+  ofBoth.consumed = static_cast<uint32_t>(taken - std::min(taken, held.size()));
+  if (taken < held.size() && ofBoth.status != 0) {
+    ofBoth.pending = true;
+    ofBoth.held.assign(held.begin() + static_cast<std::ptrdiff_t>(taken), held.end());
+  }
+  return ofBoth;
+}
+
+Outcome expectedWithHeld(const TextForm& source, const TextForm& target, Span held, Span input, size_t capacity,
+                         bool mayDropBlanks) {
+  Bytes both(held.begin(), held.end());
+  // What isn't a single converting stage takes what is held without any input too, and holds it again.
+  if (input.empty() && isDirect(source, target)) return {.pending = !held.empty(), .held = both};
+  both.insert(both.end(), input.begin(), input.end());
+  return toldWithHeld(expected(source, target, both, capacity, true, mayDropBlanks), held);
 }
 
 Outcome expectedDirect(const TextForm& source, const TextForm& target, Span input, size_t capacity, bool resumable,

@@ -22,10 +22,16 @@ inline constexpr TextForm textForms[] = {
     {U_B_UNICODE_CE, Form::utf16, true}, {U_L_UCS4_CE, Form::utf32, false},   {U_B_UCS4_CE, Form::utf32, true},
 };
 
+inline bool isEightBit(const TextForm& text) { return text.form == Form::utf8 || text.form == Form::utfEbcdic; }
+
+// True for the pairs of two steps, which have UTF-16LE between them.
+inline bool isThroughUtf16(const TextForm& source, const TextForm& target) {
+  return isEightBit(source) && isEightBit(target);
+}
+
 // True for the pairs that a single converting stage serves.
 inline bool isDirect(const TextForm& source, const TextForm& target) {
-  const auto eightBit = [](Form form) { return form == Form::utf8 || form == Form::utfEbcdic; };
-  return source.form != target.form && !(eightBit(source.form) && eightBit(target.form));
+  return source.form != target.form && !isThroughUtf16(source, target);
 }
 
 // One character of a text: how many bytes it takes, its value, or no value for bytes that aren't one. Length 0: more
@@ -51,5 +57,12 @@ Outcome expectedIndirect(const TextForm& source, const TextForm& target, Span in
 // its fields stay zero.
 Outcome expected(const TextForm& source, const TextForm& target, Span input, size_t capacity, bool resumable,
                  bool mayDropBlanks = false);
+
+// What a run with a record that holds bytes tells, from what it tells of those bytes and the input as one text.
+Outcome toldWithHeld(Outcome ofBoth, Span held);
+
+// `expected` with a record that holds bytes from the call before.
+Outcome expectedWithHeld(const TextForm& source, const TextForm& target, Span held, Span input, size_t capacity,
+                         bool mayDropBlanks = false);
 
 }  // namespace transcode_test

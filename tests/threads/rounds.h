@@ -7,7 +7,7 @@ namespace threads_test {
 // with what one thread alone got.
 void makeFirstPipelinesAtOnce(int rounds);
 
-// The same with the multi-byte module and, for some of the threads, the GB18030 module.
+// The same with the multi-byte module and, for some of the threads or for all, the GB18030 module.
 void makeFirstMultiBytePipelinesAtOnce(int rounds);
 
 // The same with pipelines that take user characters from the list of the object.

@@ -48,6 +48,17 @@ void appendUnit(Bytes& text, uint32_t unit, size_t size, bool big) {
   }
 }
 
+// Units of more pages than a block of a vector form goes through, behind a block of two pages. Every page of the slots'
+// tables has a byte for each of them.
+void drawPages(Bytes& text, size_t count, std::mt19937& random) {
+  constexpr uint32_t highBytes[] = {0x00, 0x04, 0x01, 0x02, 0x03, 0x05, 0x06, 0x07, 0x30, 0xD8};
+  constexpr size_t withFewPages = 70;
+  for (size_t i = 0; i < count; ++i) {
+    const size_t pages = i < withFewPages ? 2 : std::size(highBytes);
+    appendUnit(text, highBytes[random() % pages] << 8 | (0x08 + static_cast<uint32_t>(random() % 60)), 2, false);
+  }
+}
+
 // Units that are keys of a table, one for each `others` below 0x80.
 void drawKeys(Bytes& text, Form form, const NlsPairTable& table, size_t count, unsigned others, std::mt19937& random) {
   for (size_t i = 0; i < count; ++i) {
@@ -160,6 +171,11 @@ std::vector<Text> textsIn(Form form, size_t units) {
       drawKeys(text, form, keys, units, others, random);
       add("one character of the set for " + std::to_string(others) + " of ASCII", text);
     }
+  }
+  if (form == Form::utf16Little) {
+    Bytes text;
+    drawPages(text, units, random);
+    add("many pages", text);
   }
   Bytes noise(units * unitSize(form));
   for (uint8_t& byte : noise) byte = static_cast<uint8_t>(random());

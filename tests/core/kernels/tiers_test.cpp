@@ -119,6 +119,28 @@ TEST_P(KernelTiers, EveryRoom) {
   }
 }
 
+// The rooms below what a short text needs, which kernels take whole in forms of their own: against a guard page.
+TEST_P(KernelTiers, EveryRoomOfShortTexts) {
+  constexpr size_t longestShort = 18;
+  for (const Slot& slot : slots()) {
+    if (!slot.mayStopForRoom) continue;
+    const size_t unit = unitSize(slot.form);
+    GuardedBuffer input(longestShort * unit);
+    GuardedBuffer output(longestShort * slot.mostPerItem * slot.outputUnit);
+    for (const Text& text : textsIn(slot.form, longest)) {
+      for (size_t count = 1; count <= longestShort; ++count) {
+        uint8_t* in = input.data() + input.size() - count * unit;
+        std::memcpy(in, text.bytes.data(), count * unit);
+        for (size_t room = 0; room < count * slot.mostPerItem; ++room) {
+          uint8_t* out = output.data() + output.size() - room * slot.outputUnit;
+          compare(slot, in, count, out, room, text.name);
+          if (HasFatalFailure()) return;
+        }
+      }
+    }
+  }
+}
+
 // Exactly the room that the text needs is enough, so that a field's last block doesn't fall back.
 TEST_P(KernelTiers, ExactRoomIsEnough) {
   for (const Slot& slot : slots()) {
@@ -155,12 +177,21 @@ TEST_P(KernelTiers, OutputAtOrBeforeInput) {
   }
 }
 
-// Every second byte behind every kind of lead, on both sides of the border between two windows.
+// Places on both sides of the borders between blocks of the vector forms.
+std::vector<size_t> placesAroundBorders() {
+  std::vector<size_t> places;
+  for (const size_t border : {32u, 64u, 128u}) {
+    for (size_t place = border - 4; place < border + 2; ++place) places.push_back(place);
+  }
+  return places;
+}
+
+// Every second byte behind every kind of lead, on both sides of the border between two blocks.
 TEST_P(KernelTiers, SequencesAcrossWindows) {
   for (const Slot& slot : slots()) {
     if (slot.name != "utf8ToUtf16" && slot.name != "utf8ToUtf32" && slot.name != "utf8Valid") continue;
     Bytes out(longest * std::max<size_t>(1, slot.outputUnit));
-    for (size_t position = 60; position < 66; ++position) {
+    for (const size_t position : placesAroundBorders()) {
       for (const int lead : {0x41, 0x80, 0xC1, 0xC2, 0xE0, 0xE2, 0xED, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF}) {
         for (int second = 0; second < 256; ++second) {
           for (const int third : {0x80, 0xBF, 0xC0, 0x41}) {
@@ -256,7 +287,7 @@ TEST_P(KernelTiers, ShiftOutAtEveryPlace) {
   };
   for (const Lead& lead : leadsOfShiftOut) {
     for (size_t place = 0; place <= 130; ++place) {
-      for (const size_t behind : {0, 1, 2, 3, 62, 63, 64, 65}) {
+      for (const size_t behind : {0u, 1u, 2u, 3u, 62u, 63u, 64u, 65u}) {
         Bytes text = lead.bytes(place);
         text.push_back(shiftOut);
         text.resize(place + 1 + behind, 0x40);
