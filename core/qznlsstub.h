@@ -16,10 +16,12 @@ const VeldInputVector* hostRecords();
 // Returns false when that fails.
 bool storeHostRecords(const VeldInputVector& records);
 
-// Tell that a call of the export, or an object, begins and ends: in between the module's own memory context stays, even
-// if the module is unloaded or the process exits meanwhile.
-void holdRecords();
-void leaveRecords();
+// Tell when calls of the export and objects begin and end. While there are any that another thread may be using, the
+// module's own memory context stays, even if the module is unloaded or the process exits meanwhile.
+void beginCall();
+void endCall();
+void countObject();
+void forgetObject();
 
 // ---- Pools ----
 

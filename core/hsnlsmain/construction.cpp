@@ -156,7 +156,7 @@ QZNLS* createNls(void* host, void* journal) {
   }
   discoverOsCei(nls, journal);
   nls->destroy = destroyNls;
-  holdRecords();
+  countObject();
   discoverLocale(nls);
   discoverHostCei(nls);
   return nls;
@@ -174,7 +174,7 @@ NlsStatus releaseNls(void* handle) {
   if (nls->localeDatabase != nullptr) nls->localeDatabase->destroy(nls->localeDatabase);
   // The object lies in its own pool.
   if (XmPool* pool = nls->pool; pool != nullptr) nlsPoolDestroy(pool);
-  leaveRecords();
+  forgetObject();
   return 0;
 }
 

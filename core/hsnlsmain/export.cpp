@@ -12,12 +12,12 @@ constexpr int noObjectLine = 103;
 
 constexpr int32_t elementCount = 5;
 
-class RecordsInUse {
+class CallInProgress {
  public:
-  RecordsInUse() { veldnls::holdRecords(); }
-  ~RecordsInUse() { veldnls::leaveRecords(); }
-  RecordsInUse(const RecordsInUse&) = delete;
-  RecordsInUse& operator=(const RecordsInUse&) = delete;
+  CallInProgress() { veldnls::beginCall(); }
+  ~CallInProgress() { veldnls::endCall(); }
+  CallInProgress(const CallInProgress&) = delete;
+  CallInProgress& operator=(const CallInProgress&) = delete;
 };
 
 uint32_t reportFailure(int line) {
@@ -28,7 +28,7 @@ uint32_t reportFailure(int line) {
 }  // namespace
 
 extern "C" uint32_t VELDNLSLIB(int32_t count, void** inputVector, void** outHandle) {
-  const RecordsInUse inUse;
+  const CallInProgress call;
   if (count < elementCount) return reportFailure(tooFewElementsLine);
   const VeldInputVector records = {
       .memory = static_cast<VeldMemoryRecord*>(inputVector[0]),

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "core/qznlsstub.h"
+#include "veldnls/hostlib/ht.h"
 #include "veldnls/hostlib/xm.h"
 
 namespace veldnls {
@@ -32,19 +33,22 @@ std::atomic<const StoredRecords*> current{nullptr};
 std::mutex storing;
 const StoredRecords* newest = nullptr;  // guarded by `storing`
 
-std::atomic<uint32_t> uses{0};
+std::atomic<uint32_t> callsInProgress{0};
+std::atomic<uint32_t> liveObjects{0};
 
 // Where the module's own context stands, once there is one.
 VeldMemoryRecord ownMemory;
 VeldInputVector ownVector = {&ownMemory, nullptr, nullptr, nullptr, nullptr};
 
-// The module may end because the process does, with other threads at work: what they may be using is the system's to
-// take. A call of the export that comes later still begins anew. While `storing` is held the export is in use, so that
-// a host's function may end the process from within.
+// The module may end because the process does, while other threads are at work with objects.
+bool mayBeInUse() { return callsInProgress.load() != 0 || (liveObjects.load() != 0 && htSingleThread() == 0); }
+
+// What may be in use is the system's to take. A call of the export that comes later still begins anew. While `storing`
+// is held a call is in progress, so that a host's function may end the process from within.
 [[gnu::destructor]] void endOwnContext() {
-  if (uses.load() != 0) return;
+  if (mayBeInUse()) return;
   const std::lock_guard<std::mutex> lock(storing);
-  if (uses.load() != 0 || ownMemory.context == nullptr) return;
+  if (mayBeInUse() || ownMemory.context == nullptr) return;
   current.store(nullptr);
   newest = nullptr;
   firstPlace = {};
@@ -104,8 +108,10 @@ bool storeHostRecords(const VeldInputVector& records) {
   return true;
 }
 
-void holdRecords() { ++uses; }
+void beginCall() { ++callsInProgress; }
+void endCall() { --callsInProgress; }
 
-void leaveRecords() { --uses; }
+void countObject() { ++liveObjects; }
+void forgetObject() { --liveObjects; }
 
 }  // namespace veldnls

@@ -16,6 +16,8 @@ int32_t htMutexDestroy(HtMutex* mutex) { return platform::mutexDestroy(mutex); }
 
 HtThreadId htThreadSelf() { return platform::currentThread(); }
 
+int32_t htSingleThread() { return platform::isSingleThread() ? 1 : 0; }
+
 int32_t htTlsCreate(uint32_t* index) { return platform::tlsCreate(index) == 0 ? 0 : -1; }
 
 void* htTlsGet(uint32_t index) { return index == 0 ? nullptr : platform::tlsGet(index); }

@@ -186,7 +186,8 @@ typedef struct VeldThreadMemory {
 
 /* Element 0. With a context the record is read whenever a member is needed. Without one the library makes a context of
  * its own, once per module, which never stands in the record and ends when the module unloads, unless an object is
- * alive then; the other members then count as they are at the call of the export. */
+ * alive then and the process has several threads; the other members then count as they are at the call of the export.
+ */
 typedef struct VeldMemoryRecord {
   XmContext* context;
   const NlsHostServices* services; /* null: the defaults */

@@ -66,6 +66,12 @@ TEST(ThreadSelf, TellsThreadsApart) {
   EXPECT_NE(other, self);
 }
 
+TEST(ThreadSelf, ASecondThreadIsNoticed) {
+  int32_t single = 1;
+  std::thread([&] { single = htSingleThread(); }).join();
+  EXPECT_EQ(single, 0);
+}
+
 TEST(Tls, EachThreadHasItsValue) {
   uint32_t index = 0;
   ASSERT_EQ(htTlsCreate(&index), 0);

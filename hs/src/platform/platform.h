@@ -33,6 +33,8 @@ int mutexUnlock(HtMutex* mutex);
 int mutexDestroy(HtMutex* mutex);
 
 HtThreadId currentThread();
+// Whether the system knows that there is no other thread. Once there was one, it may not know any more.
+bool isSingleThread();
 
 // Indexes begin with 1.
 int tlsCreate(uint32_t* index);

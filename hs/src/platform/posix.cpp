@@ -1,5 +1,6 @@
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/single_threaded.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -58,6 +59,7 @@ int mutexUnlock(HtMutex* mutex) { return pthread_mutex_unlock(native(mutex)); }
 int mutexDestroy(HtMutex* mutex) { return pthread_mutex_destroy(native(mutex)); }
 
 HtThreadId currentThread() { return static_cast<HtThreadId>(pthread_self()); }
+bool isSingleThread() { return __libc_single_threaded != 0; }
 
 int tlsCreate(uint32_t* index) {
   pthread_key_t key;

@@ -20,6 +20,9 @@ int32_t htMutexDestroy(HtMutex* mutex);
 /* Identity of the calling thread, the same in every copy of this code. Never 0. May be that of a thread that ended. */
 HtThreadId htThreadSelf(void);
 
+/* 1 when the process is known to have no other thread than the caller's, else 0. */
+int32_t htSingleThread(void);
+
 /* Thread-local values, by an index of the process that is never 0. A thread's value is null until it sets one. Nothing
  * is called with the value when the thread ends. */
 
